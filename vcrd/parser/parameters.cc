@@ -1,0 +1,149 @@
+#include "vcrd/parser/parameters.h"
+
+#include "vcrd/parser/vcard_init.h"
+
+namespace {
+
+// `text` lowered, in the form of the tables' rows. Empty for a text that is longer than any row;
+// no row is empty.
+VcardName LoweredName(const char *text) {
+  VcardName name = {};
+  size_t i = 0;
+  for (; text[i] != '\0'; ++i) {
+    if (i == sizeof name.Text - 1) return {};
+    name.Text[i] = VcardLowerLetter(text[i]);
+  }
+  return name;
+}
+
+bool SameName(const VcardName &a, const VcardName &b) {
+  return std::memcmp(a.Text, b.Text, sizeof a.Text) == 0;
+}
+
+// The row of `text` in a table, or -1. The row "x-" stands for extensions and is never compared.
+template <size_t Rows>
+int32_t FindName(const std::array<VcardName, Rows> &table, const char *text) {
+  const VcardName wanted = LoweredName(text);
+  for (size_t row = 0; row < Rows; ++row) {
+    if (SameName(wanted, table[row]) && !VcardSameText(wanted.Text, "x-")) {
+      return static_cast<int32_t>(row);
+    }
+  }
+  return -1;
+}
+
+constexpr VcardParmId kParmOfName[] = {ParmType, ParmValue, ParmEncoding, ParmCharset, ParmLanguage,
+                                       ParmNone, ParmRole,  ParmStatus,   ParmRsvp,    ParmExpect};
+constexpr VcardValueKind kKindOfName[] = {ValueInline,    ValueUrl,       ValueContentId,
+                                          ValueContentId, ValueExtension, ValueBinary};
+constexpr VcardEncoding kEncodingOfName[] = {
+    Encoding7bit,   Encoding8bit,      EncodingQuotedPrintable,
+    EncodingBase64, EncodingExtension, EncodingUtf8};
+static_assert(std::size(kParmOfName) == sizeof VcardInit.ParameterNames / sizeof(VcardName));
+static_assert(std::size(kKindOfName) == sizeof VcardInit.ValueKindNames / sizeof(VcardName));
+static_assert(std::size(kEncodingOfName) == sizeof VcardInit.EncodingNames / sizeof(VcardName));
+
+bool IsExtension(const char *text) { return (text[0] == 'X' || text[0] == 'x') && text[1] == '-'; }
+
+// The generic form of a property writes its parameters from here to the colon.
+void NoteParmPos(VcardData *data) {
+  if (data->ParmPos == kNoPosition) data->ParmPos = data->TokenPos;
+}
+
+}  // namespace
+
+int32_t VcardMatchType(const char *text, VcardData *data) {
+  const int32_t row = FindName(VcardInit.TypeNames, text);
+  if (row < 0) return -1;
+  data->Types.Flag[row] = 1;
+  data->Types.Flag[TypeAny] = 1;
+  return 0;
+}
+
+int32_t VcardMatchValue(const char *text, int32_t *kind) {
+  const int32_t row = FindName(VcardInit.ValueKindNames, text);
+  if (row < 0) return -1;
+  *kind = kKindOfName[row];
+  return 0;
+}
+
+int32_t VcardMatchEncoding(const char *text, int32_t *encoding) {
+  const int32_t row = FindName(VcardInit.EncodingNames, text);
+  if (row < 0) return -1;
+  *encoding = kEncodingOfName[row];
+  return 0;
+}
+
+int64_t TavoVcardSetParmId(const char *text, VcardData *data) {
+  NoteParmPos(data);
+  data->ParmId = ParmNone;
+  const int32_t row = FindName(VcardInit.ParameterNames, text);
+  if (row >= 0) {
+    data->ParmId = kParmOfName[row];
+  } else if (IsExtension(text)) {
+    data->ParmId = ParmExtension;
+    VcardCopyText(data->ExtParmName, text);
+  }
+  return 0;
+}
+
+// A bare parameter tries its luck as a value kind, an encoding and a type. A bare extension name
+// is none of these.
+int64_t TavoVcardSetParmValue(const char *text, VcardData *data) {
+  NoteParmPos(data);
+  if (VcardMatchValue(text, &data->ValueKind) == 0) return 0;
+  if (VcardMatchEncoding(text, &data->Encoding) == 0) return 0;
+  VcardMatchType(text, data);
+  return 0;
+}
+
+int64_t TavoVcardSetIdParmValue(const char *text, VcardData *data) {
+  switch (data->ParmId) {
+    case ParmType:
+      data->TypeExt[0] = '\0';
+      if (VcardMatchType(text, data) != 0 && IsExtension(text)) {
+        data->Types.Flag[TypeExtension] = 1;
+        data->Types.Flag[TypeAny] = 1;
+        VcardCopyText(data->TypeExt, text);
+      }
+      break;
+    case ParmValue:
+      data->ValueExt[0] = '\0';
+      if (VcardMatchValue(text, &data->ValueKind) != 0 && IsExtension(text)) {
+        data->ValueKind = ValueExtension;
+        VcardCopyText(data->ValueExt, text);
+      }
+      break;
+    case ParmEncoding:
+      data->EncodingExt[0] = '\0';
+      if (VcardMatchEncoding(text, &data->Encoding) != 0 && IsExtension(text)) {
+        data->Encoding = EncodingExtension;
+        VcardCopyText(data->EncodingExt, text);
+      }
+      break;
+    case ParmCharset:
+      VcardCopyText(data->Charset, text);
+      break;
+    case ParmLanguage:
+      VcardCopyText(data->Language, text);
+      break;
+    case ParmRole:
+      VcardCopyText(data->Role, text);
+      break;
+    case ParmStatus:
+      VcardCopyText(data->Status, text);
+      break;
+    case ParmRsvp:
+      VcardCopyText(data->Rsvp, text);
+      break;
+    case ParmExpect:
+      VcardCopyText(data->Expect, text);
+      break;
+    case ParmExtension:
+      VcardCopyText(data->ExtParmValue, text);
+      break;
+    default:
+      break;
+  }
+  return 0;
+}

@@ -1,0 +1,70 @@
+#include "vcrd/parser/scanner.h"
+
+#include "vcrd/input/logical_reader.h"
+
+namespace {
+
+// All bytes that can mean something in some state, or that the logical reader must see.
+constexpr ByteSet kSpecial = {kCr, kLf, kTab, kSpace, kBackslash, ':', ';', '.', '=', kEnd};
+
+struct TokenText {
+  char *Text;
+  size_t Length = 0;
+
+  void Add(const uint8_t *bytes, size_t count) {
+    const size_t room = kTextSize - 1 - Length;
+    const size_t taken = count < room ? count : room;
+    std::memcpy(Text + Length, bytes, taken);
+    Length += taken;
+  }
+  VcardToken End(VcardToken token) {
+    Text[Length] = '\0';
+    return token;
+  }
+};
+
+}  // namespace
+
+VcardToken VcardGetToken(VcardText &text, VcardData *data) {
+  if (data->AtEof == 1) return TokenEof;
+  VcardStream *stream = data->Stream;
+  data->TokenPos = VcardStreamPosition(stream) - (data->HasPushback != 0 ? 1U : 0U);
+  TokenText token{text};
+  const int32_t state = data->ParseState;
+  if (state == StateValue) return token.End(TokenEnd);
+
+  uint8_t c = VcardSkipSpace(data);
+  for (;;) {
+    switch (c) {
+      case kCr:
+      case kLf:
+        return token.End(TokenEnd);
+      case kEnd:
+        // A real byte 0xFF ends the input here too; the text so far is lost either way.
+        return token.End(TokenEof);
+      case ':':
+        return token.End(TokenColon);
+      case ';':
+        return token.End(TokenSemicolon);
+      case '.':
+        if (state == StateName) return token.End(TokenPeriod);
+        token.Add(&c, 1);
+        break;
+      case '=':
+        if (state == StateParm) return token.End(TokenEquals);
+        token.Add(&c, 1);
+        break;
+      case kSpace:
+      case kTab:
+        break;
+      default:
+        token.Add(&c, 1);
+        break;
+    }
+    const VcardStretch plain = VcardPlainRun(kSpecial, data);
+    token.Add(plain.Begin, static_cast<size_t>(plain.End - plain.Begin));
+    VcardStreamTake(stream, plain.End);
+    // The character alone decides: a line end inside an escape ends the token like a real one.
+    VcardGetChar(&c, data);
+  }
+}
