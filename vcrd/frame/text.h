@@ -10,16 +10,17 @@
 inline constexpr size_t kTextSize = 256;
 using VcardText = char[kTextSize];
 
-// Copies `from`, cut at 255 characters, NUL included. The two may be the same field.
+// Copies `from`, cut at 255 characters, NUL included. The texts are short: a plain loop is the
+// fastest.
 inline void VcardCopyText(VcardText &to, const char *from) {
-  const size_t length = strnlen(from, kTextSize - 1);
-  std::memmove(to, from, length);
-  to[length] = '\0';
+  size_t i = 0;
+  for (; i < kTextSize - 1 && from[i] != '\0'; ++i) to[i] = from[i];
+  to[i] = '\0';
 }
 
 // Only A to Z count as letters with a case; bytes above 127 belong to a character set that isn't
 // looked at here.
-inline char VcardLowerLetter(char c) {
+constexpr char VcardLowerLetter(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
 }
 

@@ -56,6 +56,20 @@ inline VcardStretch VcardPlainRun(const ByteSet &stop, const VcardData *data) {
   return {stretch.Begin, FindByteOf(stop, stretch.Begin, stretch.End)};
 }
 
+// Moves the plain run to `to`, of which there is room for `room` bytes; the rest of it is dropped.
+// Answers how many were stored. For runs of a few bytes this is faster than a search and a copy.
+inline size_t VcardMovePlainRun(const ByteSet &stop, char *to, size_t room, VcardData *data) {
+  if (data->HasPushback != 0) return 0;
+  const VcardStretch stretch = VcardStreamStretch(data->Stream);
+  const uint8_t *p = stretch.Begin;
+  size_t stored = 0;
+  for (; p != stretch.End && stop.Has[*p] == 0; ++p) {
+    if (stored < room) to[stored++] = static_cast<char>(*p);
+  }
+  VcardStreamTake(data->Stream, p);
+  return stored;
+}
+
 // Consumes the rest of the logical line.
 void VcardSkipLine(VcardData *data);
 

@@ -23,6 +23,7 @@ uint16_t TakeUtf8(const char **text) {
 }  // namespace
 
 int32_t VcardCharsetId(const VcardData *data) {
+  if (data->Charset[0] == '\0') return SoCharsetDefault;
   if (VcardSameText(data->Charset, "utf-8")) return SoCharsetUtf8;
   if (VcardSameText(data->Charset, "windows-1251")) return SoCharsetWindows1251;
   return SoCharsetDefault;

@@ -1,37 +1,17 @@
 #include "vcrd/parser/parameters.h"
 
-#include "vcrd/parser/vcard_init.h"
+#include <iterator>
+
+#include "vcrd/parser/parameter_names.h"
 
 namespace {
 
-// `text` lowered, in the form of the tables' rows. Empty for a text that is longer than any row;
-// no row is empty.
-VcardName LoweredName(const char *text) {
-  VcardName name = {};
-  size_t i = 0;
-  for (; text[i] != '\0'; ++i) {
-    if (i == sizeof name.Text - 1) return {};
-    name.Text[i] = VcardLowerLetter(text[i]);
-  }
-  return name;
-}
+constexpr VcardNameIndex kParameterIndex{kParameterNames};
+constexpr VcardNameIndex kTypeIndex{kTypeNames};
+constexpr VcardNameIndex kValueKindIndex{kValueKindNames};
+constexpr VcardNameIndex kEncodingIndex{kEncodingNames};
 
-bool SameName(const VcardName &a, const VcardName &b) {
-  return std::memcmp(a.Text, b.Text, sizeof a.Text) == 0;
-}
-
-// The row of `text` in a table, or -1. The row "x-" stands for extensions and is never compared.
-template <size_t Rows>
-int32_t FindName(const std::array<VcardName, Rows> &table, const char *text) {
-  const VcardName wanted = LoweredName(text);
-  for (size_t row = 0; row < Rows; ++row) {
-    if (SameName(wanted, table[row]) && !VcardSameText(wanted.Text, "x-")) {
-      return static_cast<int32_t>(row);
-    }
-  }
-  return -1;
-}
-
+// What a row stands for. Extensions have a row and no number of their own here.
 constexpr VcardParmId kParmOfName[] = {ParmType, ParmValue, ParmEncoding, ParmCharset, ParmLanguage,
                                        ParmNone, ParmRole,  ParmStatus,   ParmRsvp,    ParmExpect};
 constexpr VcardValueKind kKindOfName[] = {ValueInline,    ValueUrl,       ValueContentId,
@@ -39,9 +19,9 @@ constexpr VcardValueKind kKindOfName[] = {ValueInline,    ValueUrl,       ValueC
 constexpr VcardEncoding kEncodingOfName[] = {
     Encoding7bit,   Encoding8bit,      EncodingQuotedPrintable,
     EncodingBase64, EncodingExtension, EncodingUtf8};
-static_assert(std::size(kParmOfName) == sizeof VcardInit.ParameterNames / sizeof(VcardName));
-static_assert(std::size(kKindOfName) == sizeof VcardInit.ValueKindNames / sizeof(VcardName));
-static_assert(std::size(kEncodingOfName) == sizeof VcardInit.EncodingNames / sizeof(VcardName));
+static_assert(std::size(kParmOfName) == kParameterNames.size());
+static_assert(std::size(kKindOfName) == kValueKindNames.size());
+static_assert(std::size(kEncodingOfName) == kEncodingNames.size());
 
 bool IsExtension(const char *text) { return (text[0] == 'X' || text[0] == 'x') && text[1] == '-'; }
 
@@ -53,7 +33,7 @@ void NoteParmPos(VcardData *data) {
 }  // namespace
 
 int32_t VcardMatchType(const char *text, VcardData *data) {
-  const int32_t row = FindName(VcardInit.TypeNames, text);
+  const int32_t row = kTypeIndex.Find(text);
   if (row < 0) return -1;
   data->Types.Flag[row] = 1;
   data->Types.Flag[TypeAny] = 1;
@@ -61,14 +41,14 @@ int32_t VcardMatchType(const char *text, VcardData *data) {
 }
 
 int32_t VcardMatchValue(const char *text, int32_t *kind) {
-  const int32_t row = FindName(VcardInit.ValueKindNames, text);
+  const int32_t row = kValueKindIndex.Find(text);
   if (row < 0) return -1;
   *kind = kKindOfName[row];
   return 0;
 }
 
 int32_t VcardMatchEncoding(const char *text, int32_t *encoding) {
-  const int32_t row = FindName(VcardInit.EncodingNames, text);
+  const int32_t row = kEncodingIndex.Find(text);
   if (row < 0) return -1;
   *encoding = kEncodingOfName[row];
   return 0;
@@ -77,7 +57,7 @@ int32_t VcardMatchEncoding(const char *text, int32_t *encoding) {
 int64_t TavoVcardSetParmId(const char *text, VcardData *data) {
   NoteParmPos(data);
   data->ParmId = ParmNone;
-  const int32_t row = FindName(VcardInit.ParameterNames, text);
+  const int32_t row = kParameterIndex.Find(text);
   if (row >= 0) {
     data->ParmId = kParmOfName[row];
   } else if (IsExtension(text)) {

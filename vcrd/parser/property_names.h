@@ -6,12 +6,10 @@
 #include <array>
 #include <cstdint>
 
-// A lower-case name in a row of 32 bytes, padded with NULs.
-struct VcardName {
-  char Text[32];
-};
+#include "vcrd/parser/name_table.h"
 
-// The rows of the name table, then one name that stands outside it.
+// The rows of the name table, then one name that stands outside it. The row "x-" is no property: an
+// extension is a name like any other unknown one.
 enum VcardProperty : uint8_t {
   PropBegin,
   PropEnd,
@@ -87,8 +85,7 @@ inline constexpr std::array<VcardName, 55> kPropertyNames = {{
 }};
 static_assert(kPropertyNames.size() == PropMsCardPicture);
 
-// Answers the property of a name in any case of letters, whole. The row "x-" is no property: an
-// extension is a name like any other unknown one.
+// Answers the property of a name in any case of letters, whole.
 VcardProperty VcardFindProperty(const char *name);
 
 #endif

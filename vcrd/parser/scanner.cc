@@ -11,11 +11,9 @@ struct TokenText {
   char *Text;
   size_t Length = 0;
 
-  void Add(const uint8_t *bytes, size_t count) {
-    const size_t room = kTextSize - 1 - Length;
-    const size_t taken = count < room ? count : room;
-    std::memcpy(Text + Length, bytes, taken);
-    Length += taken;
+  size_t Room() const { return kTextSize - 1 - Length; }
+  void Add(uint8_t byte) {
+    if (Room() > 0) Text[Length++] = static_cast<char>(byte);
   }
   VcardToken End(VcardToken token) {
     Text[Length] = '\0';
@@ -48,22 +46,20 @@ VcardToken VcardGetToken(VcardText &text, VcardData *data) {
         return token.End(TokenSemicolon);
       case '.':
         if (state == StateName) return token.End(TokenPeriod);
-        token.Add(&c, 1);
+        token.Add(c);
         break;
       case '=':
         if (state == StateParm) return token.End(TokenEquals);
-        token.Add(&c, 1);
+        token.Add(c);
         break;
       case kSpace:
       case kTab:
         break;
       default:
-        token.Add(&c, 1);
+        token.Add(c);
         break;
     }
-    const VcardStretch plain = VcardPlainRun(kSpecial, data);
-    token.Add(plain.Begin, static_cast<size_t>(plain.End - plain.Begin));
-    VcardStreamTake(stream, plain.End);
+    token.Length += VcardMovePlainRun(kSpecial, token.Text + token.Length, token.Room(), data);
     // The character alone decides: a line end inside an escape ends the token like a real one.
     VcardGetChar(&c, data);
   }

@@ -5,6 +5,7 @@
 
 namespace {
 
+constexpr ByteSet kFieldSpecial = {kCr, kLf, kBackslash, ';'};
 constexpr ByteSet kQpSpecial = {kCr, kLf, '='};
 constexpr size_t kFieldRoom = kTextSize - 1;
 
@@ -111,6 +112,7 @@ int32_t VcardReadField(int32_t index, VcardData *data) {
     if (result == 1 || c == ';') break;
     if (length == 0 && (c == kSpace || c == kTab)) continue;
     if (length < kFieldRoom) value[length++] = static_cast<char>(c);
+    length += VcardMovePlainRun(kFieldSpecial, value + length, kFieldRoom - length, data);
   }
   value[length] = '\0';
   return result;

@@ -1,6 +1,8 @@
 #include "vcrd/parser/vcard_init.h"
 
 #include "vcrd/parser/base64_values.h"
+#include "vcrd/parser/parameter_names.h"
+#include "vcrd/parser/property_names.h"
 
 namespace {
 
@@ -33,32 +35,14 @@ extern constinit const VcardInitTables VcardInit = {
         kError, kError,  kError,  kProp,   // TokenEof
     }},
     .PropertyNames = kPropertyNames,
-    .ParameterNames = {{{"type"},
-                        {"value"},
-                        {"encoding"},
-                        {"charset"},
-                        {"language"},
-                        {"x-"},
-                        {"role"},
-                        {"status"},
-                        {"rsvp"},
-                        {"expect"}}},
-    .TypeNames = {{
-        {"dom"},    {"intl"},     {"postal"},  {"parcel"},  {"home"},       {"work"},    {"pref"},
-        {"voice"},  {"fax"},      {"msg"},     {"cell"},    {"pager"},      {"bbs"},     {"modem"},
-        {"car"},    {"isdn"},     {"video"},   {"aol"},     {"applelink"},  {"attmail"}, {"cis"},
-        {"eworld"}, {"internet"}, {"ibmmail"}, {"mcimail"}, {"powershare"}, {"prodigy"}, {"tlx"},
-        {"x400"},   {"gif"},      {"cgm"},     {"wmf"},     {"bmp"},        {"met"},     {"pmb"},
-        {"dib"},    {"pict"},     {"tiff"},    {"pdf"},     {"ps"},         {"jpeg"},    {"qtime"},
-        {"mpeg"},   {"mpeg2"},    {"avi"},     {"wave"},    {"aiff"},       {"pcm"},     {"x509"},
-        {"pgp"},    {"x-"},
-    }},
+    .ParameterNames = kParameterNames,
+    .TypeNames = kTypeNames,
     // dom to x400 in the order of the type names, then x509 and pgp; media formats have no label.
     .TypeLabelIds = {{79424, 79425, 79426, 79427, 79428, 79429, 79430, 79431, 79432, 79433, 79434,
                       79435, 79436, 79437, 79438, 79439, 79440, 79441, 79442, 79443, 79444, 79445,
                       79446, 79447, 79448, 79449, 79450, 79451, 79452, 79453, 79454}},
-    .ValueKindNames = {{{"inline"}, {"url"}, {"content-id"}, {"cid"}, {"x-"}, {"binary"}}},
-    .EncodingNames = {{{"7bit"}, {"8bit"}, {"quoted-printable"}, {"base64"}, {"x-"}, {"utf-8"}}},
+    .ValueKindNames = kValueKindNames,
+    .EncodingNames = kEncodingNames,
     .NameFieldIds = {{79412, 79413, 79414, 79415, 79416}},
     .AdrFieldIds = {{79417, 79418, 79419, 79420, 79421, 79422, 79423}},
     .AttendeeParmIds = {{79404, 85564, 79385, 79384}},

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 #include "px/vcrd.h"
-#include "vcrd/parser/property_names.h"
+#include "vcrd/parser/name_table.h"
 
 // What the scanner answers.
 enum VcardToken : int32_t {
