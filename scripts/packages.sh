@@ -1,0 +1,31 @@
+# Sourced by the other scripts: what they need from Debian, installed when it isn't there.
+
+build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libmagic-dev"
+test_packages="libgtest-dev libbenchmark-dev"
+
+need_packages() {
+  local missing=() name
+  for name in "$@"; do
+    dpkg-query -W -f '${Status}' "$name" 2>/dev/null | grep -q 'ok installed' || missing+=("$name")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  local as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  echo "installing ${missing[*]}" >&2
+  export DEBIAN_FRONTEND=noninteractive
+  "${as_root[@]}" apt-get update -qq >&2
+  "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# Configures and builds a preset; prints the build's output only when it fails.
+build_preset() {
+  local preset=$1 log
+  shift
+  log=$(mktemp)
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
