@@ -26,6 +26,16 @@ inline int64_t VcardCallHost(const VcardData *data, Arguments... arguments) {
 inline void SoEmitChar(uint16_t code, const VcardData *data) {
   VcardCallHost<SoEmitCharRoutine, SoIdEmitChar>(data, code);
 }
+// SoEmitChar for each byte of a run. What the calls need is looked up once: a routine may not
+// change the record.
+inline void VcardEmitRun(const uint8_t *begin, const uint8_t *end, const VcardData *data) {
+  const SoRoutine stored = data->Routine[VcardRoutineSlot(SoIdEmitChar)];
+  const auto routine = reinterpret_cast<SoEmitCharRoutine>(stored);
+  const uint64_t user0 = data->User[0];
+  const uint64_t user1 = data->User[1];
+  for (const uint8_t *p = begin; p != end; ++p) routine(*p, user0, user1);
+}
+
 inline void SoEmitSpecial(uint32_t kind, const VcardData *data) {
   VcardCallHost<SoEmitSpecialRoutine, SoIdEmitSpecial>(data, kind);
 }

@@ -2,8 +2,6 @@
 
 namespace {
 
-constexpr ByteSet kLineEnd = {kCr, kLf};
-
 bool IsWhite(uint8_t c) { return c == kCr || c == kLf || c == kSpace || c == kTab; }
 
 // Called just behind a CR or LF that stands at `out`. Answers 1 when the logical line has ended,
@@ -97,7 +95,7 @@ void VcardSkipLine(VcardData *data) {
     // An escape can't hide a line end, so the search needs no look at backslashes.
     if (data->HasPushback == 0) {
       const VcardStretch stretch = VcardStreamStretch(stream);
-      VcardStreamTake(stream, FindByteOf(kLineEnd, stretch.Begin, stretch.End));
+      VcardStreamTake(stream, FindLineEnd(stretch.Begin, stretch.End));
     }
   } while (VcardGetChar(&c, data) == 0);
 }

@@ -9,6 +9,7 @@
 #ifndef PX_VCRD_INPUT_LOGICAL_READER_H
 #define PX_VCRD_INPUT_LOGICAL_READER_H
 
+#include <algorithm>
 #include <cstdint>
 
 #include "vcrd/frame/vcard_data.h"
@@ -61,11 +62,13 @@ inline VcardStretch VcardPlainRun(const ByteSet &stop, const VcardData *data) {
 inline size_t VcardMovePlainRun(const ByteSet &stop, char *to, size_t room, VcardData *data) {
   if (data->HasPushback != 0) return 0;
   const VcardStretch stretch = VcardStreamStretch(data->Stream);
-  const uint8_t *p = stretch.Begin;
+  const size_t most = std::min(room, static_cast<size_t>(stretch.End - stretch.Begin));
   size_t stored = 0;
-  for (; p != stretch.End && stop.Has[*p] == 0; ++p) {
-    if (stored < room) to[stored++] = static_cast<char>(*p);
+  for (; stored < most && stop.Has[stretch.Begin[stored]] == 0; ++stored) {
+    to[stored] = static_cast<char>(stretch.Begin[stored]);
   }
+  const uint8_t *p = stretch.Begin + stored;
+  if (stored == room) p = FindByteOf(stop, p, stretch.End);
   VcardStreamTake(data->Stream, p);
   return stored;
 }

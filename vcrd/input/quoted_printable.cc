@@ -7,16 +7,9 @@ namespace {
 // The end of the input reads as 255, a bad digit like others.
 uint8_t GetByte(VcardStream *stream) { return static_cast<uint8_t>(VcardStreamGetByte(stream)); }
 
-int Nibble(uint8_t digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return 15;
-}
-
 }  // namespace
 
-int32_t VcardDecodeQp(uint8_t *out, VcardStream *stream, int16_t *atEof) {
+int32_t VcardDecodeQpSlowly(uint8_t *out, VcardStream *stream, int16_t *atEof) {
   uint8_t first = GetByte(stream);
   if (first == kCr || first == kLf) {
     // A soft line break: a run of CRs, then an LF, or either alone.
@@ -41,6 +34,6 @@ int32_t VcardDecodeQp(uint8_t *out, VcardStream *stream, int16_t *atEof) {
     first = GetByte(stream);  // a further escape; a line end here is a bad digit, not a soft break
   }
   const uint8_t second = GetByte(stream);
-  *out = static_cast<uint8_t>(Nibble(first) * 16 + Nibble(second));
+  *out = static_cast<uint8_t>(VcardNibble(first) << 4 | VcardNibble(second));
   return 0;
 }

@@ -5,11 +5,28 @@
 
 #include "vcrd/input/stream.h"
 
+// VcardDecodeQp where the two digits don't stand in the buffer.
+int32_t VcardDecodeQpSlowly(uint8_t *out, VcardStream *stream, int16_t *atEof);
+
+// The value of a hex digit in either case; a bad digit counts as 15.
+constexpr uint8_t VcardNibble(uint8_t digit) {
+  if (digit >= '0' && digit <= '9') return static_cast<uint8_t>(digit - '0');
+  const auto letter = static_cast<uint8_t>((digit | 0x20) - 'a');
+  return letter < 6 ? static_cast<uint8_t>(letter + 10) : 15;
+}
+
 // Decodes what follows an equals sign, which the caller has just taken, and stores one byte at
 // `out`: the value of two hex digits, or, behind a soft line break, the first byte of the next
 // line or the value of an escape that stands there. A bad digit counts as 15. Sets `*atEof` when a
 // soft line break begun by CR ends in the byte 255, the one end of the input that is told. Always
 // answers 0.
-int32_t VcardDecodeQp(uint8_t *out, VcardStream *stream, int16_t *atEof);
+inline int32_t VcardDecodeQp(uint8_t *out, VcardStream *stream, int16_t *atEof) {
+  if (stream->Remaining >= 2 && stream->Ptr[0] != '\r' && stream->Ptr[0] != '\n') [[likely]] {
+    *out = static_cast<uint8_t>(VcardNibble(stream->Ptr[0]) << 4 | VcardNibble(stream->Ptr[1]));
+    VcardStreamTake(stream, stream->Ptr + 2);
+    return 0;
+  }
+  return VcardDecodeQpSlowly(out, stream, atEof);
+}
 
 #endif

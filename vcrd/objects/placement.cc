@@ -18,6 +18,17 @@ consteval ByteSet MakeNoBase64() {
   return set.With(129, 255);
 }
 constexpr ByteSet kNoBase64 = MakeNoBase64();
+
+// Answers the first byte from `begin` that is no Base64, or `end`.
+const uint8_t *FindNoBase64(const uint8_t *begin, const uint8_t *end) {
+  const uint8_t *p = SkipVectors(begin, end, [](ByteVector b) {
+    const ByteVector letter = (b | uint8_t{0x20}) - uint8_t{'a'};
+    const ByteVector digit = b - uint8_t{'/'};  // "/" stands right before the digits
+    return (letter > uint8_t{25}) & (digit > uint8_t{10}) & (b != uint8_t{'+'});
+  });
+  return FindByteOf(kNoBase64, p, end);
+}
+
 constexpr ByteSet kLastLineEnd = {kCr, kLf, 0};
 
 constexpr VcardObjectGroup kGroup = {{0, 0, 1, 0, 0}};
@@ -28,16 +39,12 @@ uint32_t TakeFirstOfLine(VcardData *data) {
   return VcardStreamPosition(data->Stream) - 1;
 }
 
-void TakeRun(const ByteSet &stop, VcardStream *stream) {
-  const VcardStretch stretch = VcardStreamStretch(stream);
-  VcardStreamTake(stream, FindByteOf(stop, stretch.Begin, stretch.End));
-}
-
 // Behind the "=" that ends the text: to the end of its line, or a NUL.
 void TakeLastLine(VcardStream *stream) {
   int32_t r;
   do {
-    TakeRun(kLastLineEnd, stream);
+    const VcardStretch stretch = VcardStreamStretch(stream);
+    VcardStreamTake(stream, FindByteOf(kLastLineEnd, stretch.Begin, stretch.End));
     r = VcardStreamGetByte(stream);
   } while (r != kCr && r != kLf && r != 0 && r != -1);
 }
@@ -49,7 +56,8 @@ void VcardFindBase64Extent(uint32_t *start, uint32_t *end, VcardData *data) {
   uint32_t line = 0;  // where the current line begins; 0 in the first one
   *start = TakeFirstOfLine(data);
   for (;;) {
-    TakeRun(kNoBase64, stream);
+    const VcardStretch stretch = VcardStreamStretch(stream);
+    VcardStreamTake(stream, FindNoBase64(stretch.Begin, stretch.End));
     const int32_t r = VcardStreamGetByte(stream);
     if (r == kCr || r == kLf) {
       line = TakeFirstOfLine(data);

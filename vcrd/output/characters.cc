@@ -1,19 +1,29 @@
 #include "vcrd/output/characters.h"
 
+#include "vcrd/input/byte_set.h"
 #include "vcrd/input/utf8.h"
 
 namespace {
 
-// The code of the UTF-8 form at `text`, which isn't at its NUL; moves behind the form. The rules
-// are those of the stream's decoder. A form that the NUL cuts short is one unknown character, and
-// the NUL stays unpassed.
+// What ends a run of bytes that go to the host as they are, without and with decoding of UTF-8.
+constexpr ByteSet kSpecial = {'\0', '\t', '\n'};
+constexpr ByteSet kSpecialUtf8 = kSpecial.With(0x80, 0xFF);
+
+// Behind the run at `text`; its NUL ends it in any case.
+const char *EndOfRun(const char *text, const ByteSet &stop) {
+  while (stop.Has[static_cast<uint8_t>(*text)] == 0) ++text;
+  return text;
+}
+
+// The code of the UTF-8 form at `text`, which begins with a byte above 127; moves behind the form.
+// The rules are those of the stream's decoder. A form that the NUL cuts short is one unknown
+// character, and the NUL stays unpassed.
 uint16_t TakeUtf8(const char **text) {
   const auto *bytes = reinterpret_cast<const uint8_t *>(*text);
   const int ones = VcardLeadingOnes(bytes[0]);
-  const size_t wanted = ones > 1 ? static_cast<size_t>(ones) : 1;
+  const auto wanted = static_cast<size_t>(ones);
   const size_t taken = strnlen(*text, wanted);
   *text += taken;
-  if (ones == 0) return bytes[0];
   if (taken < wanted) return 0xFFFF;
   if (ones == 2) return VcardJoinUtf8(bytes[0], bytes[1]);
   if (ones == 3) return VcardJoinUtf8(bytes[0], bytes[1], bytes[2]);
@@ -32,16 +42,23 @@ int32_t VcardCharsetId(const VcardData *data) {
 void VcardPutString(const char *text, int16_t trailingBreak, const VcardData *data) {
   const int32_t set = VcardCharsetId(data);
   SoSetCharset(static_cast<uint32_t>(set), data);
-  while (*text != '\0') {
+  const ByteSet &stop = set == SoCharsetUtf8 ? kSpecialUtf8 : kSpecial;
+  for (;;) {
+    const char *const end = EndOfRun(text, stop);
+    VcardEmitRun(reinterpret_cast<const uint8_t *>(text), reinterpret_cast<const uint8_t *>(end),
+                 data);
+    text = end;
+    if (*text == '\0') break;
     if (*text == '\n') {
       VcardPutLineBreak(data);
       SoEmitSpecial(SoSpecialTab, data);
       SoEmitSpecial(SoSpecialTab, data);
       ++text;
-    } else if (set == SoCharsetUtf8) {
-      VcardPutChar(TakeUtf8(&text), data);
+    } else if (*text == '\t') {
+      SoEmitSpecial(SoSpecialTab, data);
+      ++text;
     } else {
-      VcardPutChar(static_cast<uint8_t>(*text++), data);
+      VcardPutChar(TakeUtf8(&text), data);
     }
   }
   VcardRestoreCharset(set, data);

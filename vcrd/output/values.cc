@@ -24,15 +24,10 @@ static_assert(LabelledType(28) == 28 && LabelledType(29) == 48 && LabelledType(3
 
 bool IsUtf8(int32_t set) { return set == SoCharsetUtf8; }
 
-// Emits the bytes up to `run.End`, which are neither tab nor line end nor to be decoded. Each is
-// taken before it is emitted, so the stream never stands behind the output.
+// Takes and emits the bytes up to `run.End`, which are neither tab nor line end nor to be decoded.
 void PutRun(VcardStretch run, VcardData *data) {
-  VcardStream *stream = data->Stream;
-  for (const uint8_t *p = run.Begin; p != run.End; ++p) {
-    --stream->Remaining;
-    stream->Ptr = p + 1;
-    SoEmitChar(*p, data);
-  }
+  VcardStreamTake(data->Stream, run.End);
+  VcardEmitRun(run.Begin, run.End, data);
 }
 
 // One byte that a reader has delivered, with the rest of its UTF-8 form.
