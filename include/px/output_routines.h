@@ -149,8 +149,9 @@ typedef int64_t (*SoAddTabStopRoutine)(const VcardTabStop *tab, uint64_t user0, 
 /*
  * The end of a paragraph, of the document, or of a section; `zero` is 0. An answer to the end of a
  * paragraph whose low 16 bits are 1 asks the filter to stop: VwStreamRead returns behind the
- * current property, and the next VwStreamRead goes on. In the summary the request is taken, and
- * the summary still runs to its end and one property is listed. All other answers mean: go on.
+ * current property, and the next VwStreamRead goes on. In the summary the request is noted: the
+ * summary runs to its end, and VwStreamRead returns in the head of the first line behind it. All
+ * other answers mean: go on.
  * SODummy answers 1 here, which is a request to stop at every paragraph.
  */
 typedef int64_t (*SoEmitBreakRoutine)(uint32_t kind, uint32_t zero, uint64_t user0,

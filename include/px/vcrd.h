@@ -28,7 +28,8 @@
  * To come back to the place of a stop or the start of a section later, the host calls VwStreamTell
  * and then VwGetData there. Later, on the same open stream, VwSetData, VwStreamSeek and
  * VwStreamRead go on from that place. What the file's earlier lines left in force (a character set,
- * a version) isn't part of the saved state and holds as the stream was left.
+ * a version) isn't part of the saved state and holds as the stream was left. Nor is the head of a
+ * line, so the place of a stop that was asked for in the summary is none to come back to.
  *
  * What is promised. No input makes the filter crash, hang or read out of bounds, and nothing is
  * allocated while a card is read. Malformed input is no error: a broken line costs at most itself.

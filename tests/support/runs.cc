@@ -1,0 +1,106 @@
+#include "tests/support/runs.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "px/util.h"
+
+namespace px::test {
+
+namespace {
+
+std::string card(std::string_view lines, int16_t format) {
+  const std::string name = format == VcardFormatVcard ? "VCARD" : "VCALENDAR";
+  return "BEGIN:" + name + "\r\n" + std::string(lines) + "END:" + name + "\r\n";
+}
+
+// Where two traces part, in the brief form.
+std::string difference(const Trace &a, const Trace &b) {
+  const auto [left, right] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+  const auto around = [](const Trace &trace, Trace::const_iterator at) {
+    const auto from = at - std::min<ptrdiff_t>(at - trace.begin(), 10);
+    return brief({from, at + std::min<ptrdiff_t>(trace.end() - at, 10)});
+  };
+  return around(a, left) + "\n  but\n" + around(b, right);
+}
+
+}  // namespace
+
+const FilterLibrary &filter() {
+  static const FilterLibrary *const library = [] {
+    std::string error;
+    const FilterLibrary *loaded = loadFilterLibrary(&error);
+    if (loaded == nullptr) {
+      std::fprintf(stderr, "%s\n", error.c_str());
+      std::abort();
+    }
+    return loaded;
+  }();
+  return *library;
+}
+
+Recorder::Recorder() : TraceWriter([this](std::string_view line) { trace.emplace_back(line); }) {}
+
+bool Recorder::emitBreak(uint32_t kind, uint32_t zero) {
+  TraceWriter::emitBreak(kind, zero);
+  return kind == SoBreakParagraph && stopAt && stopAt(++paragraph_);
+}
+
+void expectSameCalls(const Trace &expected, const Trace &other, const std::string &how) {
+  if (expected != other) ADD_FAILURE() << how << ":\n" << difference(expected, other);
+}
+
+Result runOnce(std::string_view bytes, int16_t format, const MemoryIoOptions &options,
+               std::function<bool(int)> stopAt) {
+  MemoryIo io(bytes, options);
+  Recorder recorder;
+  recorder.stopAt = std::move(stopAt);
+  CardRun cardRun(filter(), &io, &recorder);
+  const int32_t opened = cardRun.open(format);
+  if (opened == VcardOpenGood) cardRun.readAll();
+  return {opened, std::move(recorder.trace)};
+}
+
+Result run(std::string_view bytes, int16_t format, bool stops) {
+  Result whole = runOnce(bytes, format);
+  const auto expectSame = [&whole](const Result &other, const std::string &how) {
+    EXPECT_EQ(whole.opened, other.opened) << how;
+    expectSameCalls(whole.trace, other.trace, how);
+  };
+  for (const uint32_t size : {1U, 2U, 3U, 7U}) {
+    expectSame(runOnce(bytes, format, {.largestRead = size}), "reads of " + std::to_string(size));
+  }
+  expectSame(runOnce(bytes, format, {.largestRead = 5, .wideAnswer = 1}), "GetInfo answering 1");
+  expectSame(runOnce(bytes, format, {.hasWideSlots = false}), "no 64-bit slots");
+  if (stops) {
+    expectSame(runOnce(bytes, format, {}, [](int) { return true; }), "a stop at each paragraph");
+  }
+  return whole;
+}
+
+BufferSize::BufferSize(uint32_t kilobytes) {
+  UTSetGlobalOption(UTOptionInputBuffer, &kilobytes, sizeof kilobytes);
+}
+
+BufferSize::~BufferSize() { UTSetGlobalOption(UTOptionInputBuffer, nullptr, 0); }
+
+std::vector<Section> sections(std::string_view bytes, int16_t format) {
+  return sectionsOf(brief(run(bytes, format).trace));
+}
+
+std::string listing(std::string_view lines, int16_t format) {
+  const auto all = sections(card(lines, format), format);
+  if (all.size() != 1) return "sections: " + std::to_string(all.size());
+  std::string_view text = all[0].listing;
+  if (text == "end") return "";
+  if (text.ends_with(" end")) text.remove_suffix(4);
+  return std::string(text);
+}
+
+std::string summary(std::string_view lines, int16_t format) {
+  const auto all = sections(card(lines, format), format);
+  return all.empty() ? "no section" : all[0].summary;
+}
+
+}  // namespace px::test
