@@ -126,7 +126,7 @@ void filterBench(benchmark::State &state, Kind kind) {
   const std::string &text = textOf(kind);
   Counts counts;
   for (auto _ : state) counts = runFilter(text);
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
   state.counters["characters"] = static_cast<double>(counts.characters);
   state.counters["other calls"] = static_cast<double>(counts.others);
 }
@@ -135,7 +135,7 @@ void floorBench(benchmark::State &state, Kind kind) {
   const std::string &text = textOf(kind);
   const uint64_t characters = runFilter(text).characters;
   for (auto _ : state) benchmark::DoNotOptimize(runFloor(text, characters));
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+  state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.size()));
 }
 
 // Prints what the console prints, and keeps the best time of each benchmark.
