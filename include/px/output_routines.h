@@ -58,7 +58,7 @@ enum {
 enum {
   SoSpecialTab = 1,
   SoSpecialLineBreak = 5,
-  SoSpecialSeparator = 6 /* behind each type label and each name part, the last one included */
+  SoSpecialSeparator = 6 /* behind each type label, the last one included; between name parts */
 };
 
 /* Kinds of SoEmitBreak. */

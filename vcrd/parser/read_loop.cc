@@ -21,7 +21,7 @@ bool RunPass(VcardData *data) {
     if (token == TokenEof) return true;
     VcardInit.VcardActions[Cell(token, data->ParseState)](text, data);
     data->ParseState = VcardInit.VcardNextState[Cell(token, data->ParseState)];
-    if (data->StopRequested != 0) return false;  // before Finished: a stop wins over an END line
+    if (data->StopRequested != 0) return false;
   } while (data->Finished == 0);
   return true;
 }
