@@ -18,57 +18,67 @@ struct VcardName {
 // looked up.
 inline constexpr std::string_view kExtensionRow = "x-";
 
+// A text in the form of the tables' rows, to be looked up: lowered, padded with NULs. A text that
+// is longer than any row is empty here, and no row is empty.
+struct VcardFoldedName {
+  // From a text, so that the look-ups take one as it is.
+  VcardFoldedName(const char *text) {  // NOLINT(google-explicit-constructor)
+    for (; text[Length] != '\0'; ++Length) {
+      if (Length == sizeof Name.Text - 1) {
+        Length = 0;
+        Name = {};
+        return;
+      }
+      Name.Text[Length] = VcardLowerLetter(text[Length]);
+    }
+  }
+
+  VcardName Name = {};
+  size_t Length = 0;
+};
+
 // A hash table over the rows of a table of names, made when the library is compiled: a look-up
 // costs about one comparison however many rows there are.
 template <size_t Rows>
-class VcardNameIndex {
- public:
-  explicit consteval VcardNameIndex(const std::array<VcardName, Rows> &names) : Names(names) {
-    Bucket.fill(kNoRow);
-    for (size_t row = 0; row < Rows; ++row) {
-      const std::string_view name = names[row].Text;
-      if (name == kExtensionRow) continue;
-      uint32_t bucket = Hash(name.data(), name.size());
-      while (Bucket[bucket % kBuckets] != kNoRow) ++bucket;
-      Bucket[bucket % kBuckets] = static_cast<int16_t>(row);
-    }
-  }
-
-  // Answers the row of `text` in any case of letters, whole, or -1.
-  int32_t Find(const char *text) const {
-    size_t length = 0;
-    for (; text[length] != '\0'; ++length) {
-      if (length == sizeof(VcardName) - 1) return kNoRow;  // longer than any name
-    }
-    if (length == 0) return kNoRow;
-    for (uint32_t bucket = Hash(text, length);; ++bucket) {
-      const int16_t row = Bucket[bucket % kBuckets];
-      if (row == kNoRow || IsName(Names[static_cast<size_t>(row)], text, length)) return row;
-    }
-  }
-
- private:
+struct VcardNameIndex {
   static constexpr int16_t kNoRow = -1;
   static constexpr uint32_t kBuckets = Rows < 16 ? 64 : 256;  // mostly empty, so chains are short
 
-  // Of the length and three letters, which tell the names apart well enough.
-  static constexpr uint32_t Hash(const char *text, size_t length) {
-    const auto letter = [text](size_t i) {
-      return static_cast<uint32_t>(static_cast<uint8_t>(VcardLowerLetter(text[i])));
-    };
-    return static_cast<uint32_t>(length) * 3 + letter(0) * 7 + letter(length / 2) * 31 +
-           letter(length - 1) * 5;
-  }
-
-  static bool IsName(const VcardName &name, const char *text, size_t length) {
-    for (size_t i = 0; i < length; ++i) {
-      if (VcardLowerLetter(text[i]) != name.Text[i]) return false;
-    }
-    return name.Text[length] == '\0';
-  }
-
   std::array<VcardName, Rows> Names;
-  std::array<int16_t, kBuckets> Bucket{};
+  std::array<int16_t, kBuckets> Bucket;
+
+  // Of the length and three letters, which tell the names apart well enough.
+  static constexpr uint32_t Hash(const VcardName &name, size_t length) {
+    const auto letter = [&name](size_t i) { return static_cast<uint8_t>(name.Text[i]); };
+    return static_cast<uint32_t>(length) * 3U + letter(0) * 7U + letter(length / 2) * 31U +
+           letter(length - 1) * 5U;
+  }
+
+  // Answers the row of the name, whole, or -1.
+  int32_t Find(const VcardFoldedName &wanted) const {
+    if (wanted.Length == 0) return kNoRow;
+    for (uint32_t bucket = Hash(wanted.Name, wanted.Length);; ++bucket) {
+      const int16_t row = Bucket[bucket % kBuckets];
+      if (row == kNoRow) return kNoRow;
+      const VcardName &name = Names[static_cast<size_t>(row)];
+      if (std::memcmp(name.Text, wanted.Name.Text, sizeof name.Text) == 0) return row;
+    }
+  }
 };
+
+template <size_t Rows>
+consteval VcardNameIndex<Rows> VcardMakeNameIndex(const std::array<VcardName, Rows> &names) {
+  using Index = VcardNameIndex<Rows>;
+  Index index = {names, {}};
+  index.Bucket.fill(Index::kNoRow);
+  for (size_t row = 0; row < Rows; ++row) {
+    const std::string_view name = names[row].Text;
+    if (name == kExtensionRow) continue;
+    uint32_t bucket = Index::Hash(names[row], name.size());
+    while (index.Bucket[bucket % Index::kBuckets] != Index::kNoRow) ++bucket;
+    index.Bucket[bucket % Index::kBuckets] = static_cast<int16_t>(row);
+  }
+  return index;
+}
 
 #endif

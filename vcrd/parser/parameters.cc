@@ -6,10 +6,10 @@
 
 namespace {
 
-constexpr VcardNameIndex kParameterIndex{kParameterNames};
-constexpr VcardNameIndex kTypeIndex{kTypeNames};
-constexpr VcardNameIndex kValueKindIndex{kValueKindNames};
-constexpr VcardNameIndex kEncodingIndex{kEncodingNames};
+constexpr auto kParameterIndex = VcardMakeNameIndex(kParameterNames);
+constexpr auto kTypeIndex = VcardMakeNameIndex(kTypeNames);
+constexpr auto kValueKindIndex = VcardMakeNameIndex(kValueKindNames);
+constexpr auto kEncodingIndex = VcardMakeNameIndex(kEncodingNames);
 
 // What a row stands for. Extensions have a row and no number of their own here.
 constexpr VcardParmId kParmOfName[] = {ParmType, ParmValue, ParmEncoding, ParmCharset, ParmLanguage,
@@ -32,7 +32,7 @@ void NoteParmPos(VcardData *data) {
 
 }  // namespace
 
-int32_t VcardMatchType(const char *text, VcardData *data) {
+int32_t VcardMatchType(const VcardFoldedName &text, VcardData *data) {
   const int32_t row = kTypeIndex.Find(text);
   if (row < 0) return -1;
   data->Types.Flag[row] = 1;
@@ -40,14 +40,14 @@ int32_t VcardMatchType(const char *text, VcardData *data) {
   return 0;
 }
 
-int32_t VcardMatchValue(const char *text, int32_t *kind) {
+int32_t VcardMatchValue(const VcardFoldedName &text, int32_t *kind) {
   const int32_t row = kValueKindIndex.Find(text);
   if (row < 0) return -1;
   *kind = kKindOfName[row];
   return 0;
 }
 
-int32_t VcardMatchEncoding(const char *text, int32_t *encoding) {
+int32_t VcardMatchEncoding(const VcardFoldedName &text, int32_t *encoding) {
   const int32_t row = kEncodingIndex.Find(text);
   if (row < 0) return -1;
   *encoding = kEncodingOfName[row];
@@ -71,9 +71,10 @@ int64_t TavoVcardSetParmId(const char *text, VcardData *data) {
 // is none of these.
 int64_t TavoVcardSetParmValue(const char *text, VcardData *data) {
   NoteParmPos(data);
-  if (VcardMatchValue(text, &data->ValueKind) == 0) return 0;
-  if (VcardMatchEncoding(text, &data->Encoding) == 0) return 0;
-  VcardMatchType(text, data);
+  const VcardFoldedName name(text);
+  if (VcardMatchValue(name, &data->ValueKind) == 0) return 0;
+  if (VcardMatchEncoding(name, &data->Encoding) == 0) return 0;
+  VcardMatchType(name, data);
   return 0;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "vcrd/frame/vcard_data.h"
+#include "vcrd/parser/name_table.h"
 
 // The numbers that `ParmId` holds: which named parameter the next value belongs to.
 enum VcardParmId : int32_t {
@@ -27,10 +28,10 @@ enum VcardParmId : int32_t {
 // answer 0 on a match and -1, with nothing written, otherwise.
 
 // Sets the flag of a type, and the flag that says that there is any.
-int32_t VcardMatchType(const char *text, VcardData *data);
+int32_t VcardMatchType(const VcardFoldedName &text, VcardData *data);
 
-int32_t VcardMatchValue(const char *text, int32_t *kind);
+int32_t VcardMatchValue(const VcardFoldedName &text, int32_t *kind);
 
-int32_t VcardMatchEncoding(const char *text, int32_t *encoding);
+int32_t VcardMatchEncoding(const VcardFoldedName &text, int32_t *encoding);
 
 #endif

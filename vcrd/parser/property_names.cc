@@ -10,7 +10,7 @@ consteval std::array<VcardName, kPropertyNames.size() + 1> AllNames() {
   return names;
 }
 
-constexpr VcardNameIndex kIndex{AllNames()};
+constexpr auto kIndex = VcardMakeNameIndex(AllNames());
 
 }  // namespace
 
