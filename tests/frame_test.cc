@@ -1,0 +1,215 @@
+// What a host meets before a card is read: the entry table, the answers about the library, the
+// record with its routines, and what happens without memory.
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+#include <tuple>
+
+#include "px/export.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/runs.h"
+
+// The test program's calloc comes before the system's. A sanitizer keeps that one under a name.
+extern "C" {
+void *__interceptor_calloc(size_t count, size_t size) __attribute__((weak));
+void *__libc_calloc(size_t count, size_t size);
+
+static int callsToFailure;  // 1: the next one fails; 0: none
+
+PX_API void *calloc(size_t count, size_t size) noexcept {
+  if (callsToFailure > 0 && --callsToFailure == 0) return nullptr;
+  return (__interceptor_calloc ? __interceptor_calloc : __libc_calloc)(count, size);
+}
+}
+
+namespace px::test {
+namespace {
+
+constexpr std::string_view kCard =
+    "BEGIN:VCARD\nFN:Ann\nA:1\nB:2\nC:3\nD:4\nE:5\nF:6\nG:7\nH:8\nEND:VCARD\n";
+
+void *exported(const std::string &name) {
+  filter();
+  return dlsym(dlopen("libpx_vcrd.so", RTLD_NOW | RTLD_NOLOAD), name.c_str());
+}
+
+TEST(Frame, EntryTable) {
+  const std::string routines =
+      "VwStreamOpen VwStreamSection VwStreamRead VwStreamTell VwStreamSeek VwGetInfo VwGetData "
+      "VwSetData VwLocalUp VwLocalDown VwAllocProc VwFreeProc VwSetUser VwSetSoRtn VwStreamClose "
+      "none none VwStreamReadRecord VwDoSpecial";
+  // What is in each slot, its routine, null, or what the host had there, by the host's count.
+  const std::pair<std::string, std::vector<uint16_t>> cases[] = {
+      {"..................................00", {0}},
+      {"RRRRRRRRRRRRRRR00R................00", {1, 18}},
+      {"RRRRRRRRRRRRRRR00RR...............00", {19, 22}},
+      {"RRRRRRRRRRRRRRR00RR0000...........00", {23, 29}},
+      {"RRRRRRRRRRRRRRR00RR00000000000000000", {30, 65535}}};
+  for (const auto &[expected, counts] : cases) {
+    for (const uint16_t count : counts) {
+      void *table[VwSlotCount];
+      std::fill(std::begin(table), std::end(table), &table);
+      reinterpret_cast<decltype(VwGetRtns) *>(exported("VwGetRtns"))(table, count);
+      std::istringstream names(routines);
+      std::string slots, name;
+      for (const void *entry : table) {
+        name = names >> name ? name : "none";
+        const char routine = entry == exported(name) ? 'R' : '?';
+        slots += entry == nullptr ? '0' : entry == &table ? '.' : routine;
+      }
+      EXPECT_EQ(slots, expected) << count;
+    }
+  }
+}
+
+TEST(Frame, Info) {
+  constexpr uint64_t untouched = 0xEEEEEEEEEEEEEEEE;
+  const std::pair<uint16_t, uint64_t> numbers[] = {
+      {0, untouched},           {1, 0xEEEEEEEEEEEE12C4},  {2, 0xEEEEEEEEEEEE27F8},
+      {3, 0xEEEEEEEEEEEE1290},  {4, 0xEEEEEEEEEEEE0190},  {5, 0xEEEEEEEEEEEE01B8},
+      {6, 0xEEEEEEEEEEEE0002},  {7, 0xEEEEEEEE04AC0475},  {10, 0xEEEEEEEEEEEE0000},
+      {11, 0xEEEEEEEEEEEE0000}, {12, 0xEEEEEEEE12345678}, {13, 0xEEEEEEEE00000000},
+      {14, untouched},          {65535, untouched}};
+  for (const auto &[selector, expected] : numbers) {
+    uint64_t out = untouched;
+    EXPECT_EQ(filter().getInfo(&out, selector), expected == untouched ? 0 : 1) << selector;
+    EXPECT_EQ(out, expected) << selector;
+  }
+  const std::pair<uint16_t, const char *> texts[] = {
+      {8, "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [0-3]\\d 20\\d\\d\\x00#{8}"},
+      {9, "[0-2]\\d:[0-5]\\d:[0-6]\\d\\x00#{11}"}};
+  for (const auto &[selector, pattern] : texts) {
+    std::string out(20, '#');
+    EXPECT_EQ(filter().getInfo(out.data(), selector), 1);
+    EXPECT_TRUE(std::regex_match(out, std::regex(pattern))) << out;
+  }
+}
+
+TEST(Frame, ExportedData) {
+  const std::string version = *static_cast<const char *const *>(exported("version"));
+  EXPECT_TRUE(std::regex_match(version, std::regex("ZEV_VER=\\d+(\\.\\d+)+"))) << version;
+  const auto rowAt = [](const char *name, size_t offset) {
+    return std::string(static_cast<const char *>(exported(name)) + offset, 32);
+  };
+  // The first and the last name of each table. The last state table row is all zeros.
+  const std::tuple<const char *, size_t, std::string> rows[] = {
+      {"VcardOverlayId", 0, "\x75\x04xvCard"},
+      {"VcardOverlayId", 36, "\xAC\x04xvCalendar"},
+      {"VcardInit", 288, "begin"},
+      {"VcardInit", 2016, "attach"},
+      {"VcardInit", 2048, "type"},
+      {"VcardInit", 2336, "expect"},
+      {"VcardInit", 2368, "dom"},
+      {"VcardInit", 3968, "x-"},
+      {"VcardInit", 4124, "inline"},
+      {"VcardInit", 4284, "binary"},
+      {"VcardInit", 4316, "7bit"},
+      {"VcardInit", 4476, "utf-8"},
+      {"VcardInit", 64, ""}};
+  for (auto [name, offset, row] : rows) {
+    row.resize(32);
+    EXPECT_EQ(rowAt(name, offset), row);
+  }
+}
+
+TEST(Frame, RoutinesThatDoNothing) {
+  for (const char *name : {"SODummy", "VwStreamClose", "VwStreamReadRecord", "TavoVcardError",
+                           "VwGetSectionDataFunc", "VwSetSectionDataFunc"}) {
+    const auto routine = reinterpret_cast<int64_t (*)(int64_t, void *)>(exported(name));
+    EXPECT_EQ(routine(-0x123456789ABCDEF0, nullptr), -0x123456789ABCDEF0) << name;
+  }
+}
+
+void strayCall() { ADD_FAILURE() << "no call is made to this id"; }
+
+TEST(Frame, OtherIdsAreNoMatter) {
+  const std::string used = " 1 2 3 4 5 18 45 49 50 88 89 90 96 97 138 141 147 148 ";
+  MemoryIo io(kCard);
+  Recorder recorder;
+  CardRun run(filter(), &io, &recorder);
+  EXPECT_EQ(run.open(VcardFormatVcard), VcardOpenGood);
+  for (int16_t id = -200; id < 400; ++id) {
+    if (used.find(' ' + std::to_string(id) + ' ') != used.npos) continue;
+    filter().setSoRtn(id, strayCall, run.data());
+  }
+  run.readAll();
+  EXPECT_EQ(recorder.trace, runOnce(kCard, VcardFormatVcard).trace);
+}
+
+int calls;
+
+int64_t countCall(uint32_t, uint64_t user0, uint64_t user1) {
+  EXPECT_EQ(user0, 0xFEDCBA9876543210);
+  EXPECT_EQ(user1, 0x0123456789ABCDEF);
+  ++calls;
+  return 0;
+}
+
+// SoUseStyle is called four times in the summary and three times for a property. SoEmitBreak isn't
+// set, so each read ends at the first paragraph.
+TEST(Frame, RecordStreamAndRoutines) {
+  const FailingMemory memory(1);
+  EXPECT_EQ(filter().allocProc(), nullptr);
+  VcardData *data = filter().allocProc();
+  ASSERT_EQ(memory.handles(), 1);
+  MemoryIo io(kCard);
+  VcardStream *stream = nullptr;
+  filter().localUp(&io, &stream, data);
+  filter().setUser(0xFEDCBA9876543210, 0x0123456789ABCDEF, data);
+  const auto setRoutine = [data](SoEmitSpecialRoutine routine) {
+    filter().setSoRtn(SoIdUseStyle, reinterpret_cast<SoRoutine>(routine), data);
+  };
+  const auto callsOfRead = [data] {
+    calls = 0;
+    filter().streamRead(0, data);
+    return calls;
+  };
+  setRoutine(countCall);
+  filter().streamOpen(stream, VcardFormatVcard, 0, nullptr, data);
+  filter().streamSection(0, data);
+  EXPECT_EQ(callsOfRead(), 4);
+  setRoutine(nullptr);
+  EXPECT_EQ(callsOfRead(), 0);
+  // Making a stream takes all routines away, also where it can't be made.
+  for (const int failAt : {1, 2, 0}) {
+    setRoutine(countCall);
+    EXPECT_EQ(callsOfRead(), 3);
+    VcardStream *second = stream;
+    callsToFailure = failAt;
+    filter().localUp(&io, &second, data);
+    EXPECT_EQ(second == nullptr, failAt != 0);
+    EXPECT_EQ(callsOfRead(), 0);
+    VcardIo *from = failAt == 0 ? nullptr : &io;
+    if (second != nullptr) filter().localDown(second, &from);
+    EXPECT_EQ(from, &io);
+  }
+  std::string state(VcardSavedSize + 4, '#');
+  filter().getData(state.data(), data);
+  EXPECT_EQ(state.substr(VcardSavedSize - 1), std::string("\0####", 5));
+  VcardIo *from;
+  filter().localDown(stream, &from);
+  filter().freeProc(data);
+  EXPECT_EQ(memory.handles(), 0);
+}
+
+TEST(Frame, BufferSizes) {
+  const std::string bytes = "BEGIN:VCARD\n" + std::string(10000, 'X');
+  const auto firstRead = [&bytes] {
+    std::vector<std::string> log;
+    const Result result = runOnce(bytes, VcardFormatVcard, {.log = &log});
+    return log.size() < 3 ? std::to_string(result.opened) : log[2];
+  };
+  EXPECT_EQ(firstRead(), "read 0 2048");
+  const std::pair<uint32_t, std::string> cases[] = {
+      {0, "read 0 0"}, {1, "read 0 1024"}, {4, "read 0 4096"}, {0x200000, "-2"}};
+  for (const auto &[kilobytes, expected] : cases) {
+    const BufferSize size(kilobytes);
+    EXPECT_EQ(firstRead(), expected);
+  }
+}
+
+}  // namespace
+}  // namespace px::test

@@ -1,0 +1,1 @@
+#include "tests/public_header.c"

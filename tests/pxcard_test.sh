@@ -1,0 +1,152 @@
+#!/usr/bin/env bash
+# The command, from the outside: pxcard_test.sh PXCARD SAMPLES
+set -u
+pxcard=$1
+samples=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work" || exit 1
+failures=0
+
+# same WHAT GOT EXPECTED
+same() {
+  [ "$2" = "$3" ] && return
+  echo "FAILED: $1: got '$2', expected '$3'"
+  failures=$((failures + 1))
+}
+
+# expect CODE STDERR ARGUMENT...   runs pxcard, with its standard output in the file "out"
+expect() {
+  local code=$1 error=$2
+  shift 2
+  "$pxcard" "$@" >out 2>err
+  same "code of '$*'" $? "$code"
+  same "errors of '$*'" "$(<err)" "$error"
+}
+
+agent=$samples/agent.vcf
+: >empty.vcf
+echo hello >wrong.txt
+cp "$agent" '[x].vcf'
+cp "$agent" -- -x.vcf
+
+# What is shown, however the file is named.
+expect 0 '' "$agent"
+shown=$(<out)
+same 'head' "$(head -n 2 out)" 'Amara Diallo
+============'
+like_shown() {
+  expect 0 '' "$@"
+  same "text of '$*'" "$(<out)" "$shown"
+}
+like_shown '[x].vcf'
+like_shown -- -x.vcf
+like_shown <(cat "$agent")
+like_shown - <"$agent"
+like_shown - < <(cat "$agent")
+expect 0 '' --format text "$agent" - <"$agent"
+same 'titles of several' "$(grep '^== ' out)" "== $agent ==
+== standard input =="
+printf "BEGIN:VCARD\\nX:~'\\\\\x7F\\nEND:VCARD" >trace.vcf
+expect 0 '' --format trace trace.vcf
+same 'trace' "$(sed -n '1p' out; tail -n 7 out)" "SoBeginSection(0, 0, 0)
+SoEmitChar('~')
+SoEmitChar(0x27)
+SoEmitChar(0x5C)
+SoEmitChar(0x7F)
+SoEmitSpecial(5)
+SoEmitBreak(1, 0)
+SoEmitBreak(2, 0)"
+
+# What can't be read. The other files are shown.
+expect 1 'pxcard: empty.vcf: not a vCard or vCalendar file' empty.vcf
+expect 1 'pxcard: standard input: not a vCard or vCalendar file' - </dev/null
+expect 1 'pxcard: standard input: Bad file descriptor' - <&-
+expect 1 'pxcard: .: Is a directory' .
+expect 1 'pxcard: a�[1m�b: No such file or directory' $'a\e[1m\nb'
+expect 1 'pxcard: none: No such file or directory
+pxcard: wrong.txt: not a vCard or vCalendar file' none ./-x.vcf wrong.txt
+same 'a good file among bad ones' "$(<out)" "== ./-x.vcf ==
+
+$shown"
+
+# Standard output that can't be written, or whose reader has gone.
+"$pxcard" "$agent" >/dev/full 2>err
+same 'full disk' "$? $(<err)" '1 pxcard: standard output: No space left on device'
+"$pxcard" "$agent" >&- 2>err
+same 'closed output' "$? $(<err)" '1 pxcard: standard output: Bad file descriptor'
+many=()
+for _ in {1..50}; do many+=("$samples/key-and-sound.vcf"); done
+"$pxcard" --format trace "${many[@]}" 2>err | head -n 1 >out
+same 'closed pipe' "${PIPESTATUS[*]} $(<err)" '1 0 '
+
+# Wrong use.
+while read -r -a arguments; do
+  "$pxcard" "${arguments[@]}" >out 2>err
+  same "'${arguments[*]}'" "$? $(head -c 8 err) $(<out)" '2 pxcard:  '
+done <<END
+
+--nonsense $agent
+--format nonsense $agent
+--format
+--extract d
+--extract d --format trace $agent
+END
+expect 0 '' --help
+same 'codes in the help' "$(grep -Ec '^ *[012]  ' out)" 3
+expect 0 '' --version
+same 'version' "$(sed -E 's/[0-9]+(\.[0-9]+)+/N/g' out)" 'pxcard N (libpx_vcrd N)'
+
+# Objects are saved as they were written.
+for sample in picture.vcf key-and-sound.vcf calendar.vcs; do
+  expect 0 '' --extract objects "$samples/$sample"
+  cat out >>saved
+done
+same 'saved objects' "$(<saved)" "1-photo-1.jpg	image/jpeg	534
+1-sound-1.wav	audio/x-wav	844
+1-key-1.pgp	application/pgp-keys	239
+agenda.txt	text/plain	84
+1-attachment-2.png	image/png	371"
+sed -n '/^PHOTO/,/^.$/p' "$samples/picture.vcf" | tail -n +2 | tr -d ' \r' | base64 -d >photo
+cmp photo objects/1-photo-1.jpg || same 'the photo' other equal
+expect 0 '' --extract none "$agent"
+same 'nothing to save' "$(find . -name none)" ''
+picture=$samples/picture.vcf
+expect 1 "pxcard: $picture: no/there: No such file or directory" --extract no/there "$picture"
+expect 1 "pxcard: $picture: wrong.txt: Not a directory" --extract wrong.txt "$picture"
+limited=$(trap '' XFSZ; ulimit -f 0; "$pxcard" --extract limited "$picture" 2>&1)
+same 'no room' "$limited$(ls -A limited)" "pxcard: $picture: limited: File too large"
+
+# Titles of strangers.
+long=$(printf 'n%.0s' {1..300})
+{
+  printf 'BEGIN:VCALENDAR\r\n'
+  printf 'ATTACH;VALUE=BINARY;ENCODING=BASE64;X-FILENAME=%s:\r\n aGVsbG8K\r\n\r\n' ../up.txt \
+    /abs.txt ../../.. $'c\e[31m\x01.txt' same.txt same.txt taken.txt link.txt "$long" "$long" \
+    .hidden
+  printf 'END:VCALENDAR\r\n'
+} >hostile.vcs
+mkdir -p in/d
+echo mine >in/d/taken.txt
+ln -s nowhere in/d/link.txt
+expect 0 '' --extract in/d hostile.vcs
+same 'files of strangers' "$(find in -type f -printf '%P %s\n' | LC_ALL=C sort)" "d/1-attachment-3.txt 6
+d/abs.txt 6
+d/c_[31m_.txt 6
+d/hidden.txt 6
+d/link-2.txt 6
+d/${long:0:249}-2.txt 6
+d/${long:0:251}.txt 6
+d/same-2.txt 6
+d/same.txt 6
+d/taken-2.txt 6
+d/taken.txt 5
+d/up.txt 6"
+same 'lines' "$(grep -c '^[^	]*	text/plain	6$' out)" 11
+
+# Data that breaks off.
+printf 'BEGIN:VCARD\nKEY;BASE64:QUJD*QUJD\nEND:VCARD\n' >bad.vcf
+expect 1 'pxcard: bad.vcf: 1-key-1.txt: cut off at a byte that is no Base64' --extract bad bad.vcf
+same 'data in front of the break' "$(<bad/1-key-1.txt)" ABC
+
+exit $((failures > 0))
