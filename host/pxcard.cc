@@ -42,9 +42,11 @@ struct Options {
   std::vector<std::string> files;
 };
 
-// File names come from anywhere, so they are shown without what would drive the terminal.
-std::string displayName(const std::string &file) {
+// File names come from anywhere, so they are shown without what would drive the terminal, and
+// without the prefix that a name in brackets has got.
+std::string displayName(std::string file) {
   if (file == "-") return "standard input";
+  if (file.starts_with("./[")) file.erase(0, 2);
   CharacterDecoder decoder;
   std::string decoded, name;
   for (const char c : file) decoder.put(static_cast<unsigned char>(c), &decoded);

@@ -50,7 +50,7 @@ int64_t readPiece(VcardIo *io, uint32_t size, std::string *to) {
 // Reads up to the end, 0, or a failure, -1.
 int64_t readAll(VcardIo *io, std::string *to) {
   int64_t last;
-  do last = readPiece(io, 3000, to);
+  do last = readPiece(io, 2999, to);
   while (last > 0);
   return last;
 }
@@ -123,7 +123,7 @@ struct Opened {
   explicit Opened(const MemoryIoOptions &options)
       : io(text, options), run(filter(), &io, &output) {}
 
-  const std::string content = kPicture.substr(0, 30001);
+  const std::string content = kPicture.substr(0, 30000);
   const std::string text = ":" + base64(content, " ") + "\r\nT";
   MemoryIo io;
   Output output{};
@@ -134,12 +134,12 @@ TEST(EmbeddedContent, SeekAndTell) {
   Opened opened({});
   const Object object = openObject(opened.run.stream(), {1, opened.text.size()});
   VcardIo *io = object.get();
-  for (const uint32_t position : {0U, 5000U, 5001U, 100U, 0U, 30000U, 30001U, 40000U}) {
+  for (const uint32_t position : {0U, 5000U, 5001U, 100U, 0U, 29999U, 30000U, 40000U}) {
     const bool wide = position % 2 == 1;
     EXPECT_EQ(wide ? io->Seek64(io, 0, position) : io->Seek(io, 0, position), 0);
     std::string content;
     readPiece(io, 4096, &content);
-    EXPECT_EQ(content, position > 30000 ? "" : opened.content.substr(position, 4096));
+    EXPECT_EQ(content, position > 29999 ? "" : opened.content.substr(position, 4096));
     uint32_t told = 0;
     int64_t told64 = 0;
     EXPECT_EQ(io->Tell(io, &told) | io->Tell64(io, &told64), 0);
@@ -149,7 +149,6 @@ TEST(EmbeddedContent, SeekAndTell) {
   EXPECT_NE(io->Seek(io, 1, 0), 0);  // only from the start
   EXPECT_NE(io->Seek64(io, 0, -1), 0);
   EXPECT_NE(io->Write(io, 0, 0, 0), 0);
-  EXPECT_EQ(io->GetInfo(io, VcardIoInfoWide, nullptr), 0);
 }
 
 // Whatever fails while it is opened, nothing stays.
@@ -171,6 +170,7 @@ TEST(EmbeddedContent, ReadsAndSeeksFailInTurn) {
   for (const IoCall call : {IoCall::Read, IoCall::Seek, IoCall::Query}) {
     for (const bool on : {false, true}) {
       bool failed = true;
+      size_t longest = 0;  // of what was read in front of a failure
       for (uint32_t failAt = 1; failed; ++failAt) {
         std::vector<std::string> log;
         Opened opened({.failing = call, .failAt = failAt, .failOn = on, .log = &log});
@@ -183,6 +183,8 @@ TEST(EmbeddedContent, ReadsAndSeeksFailInTurn) {
         const bool lasting = failed && on && call != IoCall::Query;
         EXPECT_EQ(last, lasting ? -1 : 0) << failAt;
         EXPECT_TRUE(content == opened.content.substr(0, lasting ? content.size() : SIZE_MAX));
+        EXPECT_TRUE(failed || longest == content.size());
+        longest = std::max(longest, content.size());
       }
     }
   }

@@ -22,9 +22,10 @@ VcardIo *DecodeStreamOf(VcardIo *object) {
 // Opens both objects. Answers false, with nothing left open, on failure.
 bool OpenPair(VcardIo *io, uint64_t start, uint64_t length, VcardObjectIo *object) {
   VcardRangeSpec range = {io, static_cast<uint32_t>(start), static_cast<uint32_t>(length)};
-  if (io->Open(&object->RangeStream, VcardIoOpenRange, &range, VcardIoOpenFlags) != 0) return false;
+  const auto open = io->Open;
+  if (open(&object->RangeStream, VcardIoOpenRange, &range, VcardIoOpenFlags) != 0) return false;
   VcardDecodeSpec decode = {object->RangeStream, 0, kBase64, {}};
-  if (io->Open(&object->DecodeStream, VcardIoOpenDecode, &decode, VcardIoOpenFlags) != 0) {
+  if (open(&object->DecodeStream, VcardIoOpenDecode, &decode, VcardIoOpenFlags) != 0) {
     object->RangeStream->Close(object->RangeStream);
     return false;
   }
