@@ -5,6 +5,7 @@
 #ifndef PX_VCRD_INPUT_BYTE_SET_H
 #define PX_VCRD_INPUT_BYTE_SET_H
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
@@ -35,10 +36,11 @@ inline const uint8_t *FindByteOf(const ByteSet &set, const uint8_t *begin, const
 
 using ByteVector = uint8_t __attribute__((vector_size(16)));
 
-// Answers the first place from `begin` at which a step may hold a wanted byte: `isIn` gives a
-// vector of the bytes that are wanted, all ones each. The caller looks from there.
+// FindByteOf sixteen bytes a step: `isIn` gives, for a vector of bytes, all ones at each byte that
+// is in the set.
 template <typename IsIn>
-inline const uint8_t *SkipVectors(const uint8_t *begin, const uint8_t *end, IsIn isIn) {
+inline const uint8_t *FindByteBySteps(const ByteSet &set, IsIn isIn, const uint8_t *begin,
+                                      const uint8_t *end) {
   const uint8_t *p = begin;
   for (; end - p >= 16; p += 16) {
     ByteVector bytes;
@@ -46,19 +48,20 @@ inline const uint8_t *SkipVectors(const uint8_t *begin, const uint8_t *end, IsIn
     const auto found = isIn(bytes);
     uint64_t halves[2];
     std::memcpy(halves, &found, sizeof halves);
-    if ((halves[0] | halves[1]) != 0) break;
+    if ((halves[0] | halves[1]) == 0) continue;
+    if constexpr (std::endian::native != std::endian::little) break;
+    return halves[0] != 0 ? p + std::countr_zero(halves[0]) / 8
+                          : p + 8 + std::countr_zero(halves[1]) / 8;
   }
-  return p;
+  return FindByteOf(set, p, end);
 }
 
 inline constexpr ByteSet kLineEndSet = {'\r', '\n'};
 
 // Answers the first CR or LF from `begin`, or `end`.
 inline const uint8_t *FindLineEnd(const uint8_t *begin, const uint8_t *end) {
-  const uint8_t *p = SkipVectors(begin, end, [](ByteVector b) {
-    return (b == ByteVector{} + uint8_t{'\r'}) | (b == ByteVector{} + uint8_t{'\n'});
-  });
-  return FindByteOf(kLineEndSet, p, end);
+  const auto isIn = [](ByteVector b) { return (b == uint8_t{'\r'}) | (b == uint8_t{'\n'}); };
+  return FindByteBySteps(kLineEndSet, isIn, begin, end);
 }
 
 #endif

@@ -55,6 +55,17 @@ int32_t TakeEscape(uint8_t *out, int32_t result, VcardStream *stream) {
   }
 }
 
+// Behind a fold in the buffer that begins with the CR or LF at `p`, with the character that it
+// delivers; null for all else. Where that character is a CR, a fold begun by LF can be two.
+const uint8_t *BehindFold(const uint8_t *p, const uint8_t *end) {
+  if (end - p < 4) return nullptr;
+  const bool crLf = p[0] == kCr && p[1] == kLf;
+  const uint8_t *white = p + (crLf ? 2 : 1);
+  if (*white != kSpace && *white != kTab) return nullptr;
+  if (p[0] == kLf && white[1] == kCr) return nullptr;
+  return white + 2;
+}
+
 }  // namespace
 
 int32_t VcardGetSpecialChar(uint8_t *out, VcardData *data) {
@@ -92,10 +103,11 @@ void VcardSkipLine(VcardData *data) {
   VcardStream *stream = data->Stream;
   uint8_t c;
   do {
+    if (data->HasPushback != 0) continue;
     // An escape can't hide a line end, so the search needs no look at backslashes.
-    if (data->HasPushback == 0) {
-      const VcardStretch stretch = VcardStreamStretch(stream);
-      VcardStreamTake(stream, FindLineEnd(stretch.Begin, stretch.End));
-    }
+    const VcardStretch stretch = VcardStreamStretch(stream);
+    const uint8_t *p = FindLineEnd(stretch.Begin, stretch.End);
+    while (const uint8_t *behind = BehindFold(p, stretch.End)) p = FindLineEnd(behind, stretch.End);
+    VcardStreamTake(stream, p);
   } while (VcardGetChar(&c, data) == 0);
 }

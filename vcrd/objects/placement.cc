@@ -21,12 +21,13 @@ constexpr ByteSet kNoBase64 = MakeNoBase64();
 
 // Answers the first byte from `begin` that is no Base64, or `end`.
 const uint8_t *FindNoBase64(const uint8_t *begin, const uint8_t *end) {
-  const uint8_t *p = SkipVectors(begin, end, [](ByteVector b) {
+  const auto isNoBase64 = [](ByteVector b) {
     const ByteVector letter = (b | uint8_t{0x20}) - uint8_t{'a'};
     const ByteVector digit = b - uint8_t{'/'};  // "/" stands right before the digits
-    return (letter > uint8_t{25}) & (digit > uint8_t{10}) & (b != uint8_t{'+'});
-  });
-  return FindByteOf(kNoBase64, p, end);
+    return (letter > uint8_t{25}) & (digit > uint8_t{10}) & (b != uint8_t{'+'}) &
+           (b != uint8_t{128});
+  };
+  return FindByteBySteps(kNoBase64, isNoBase64, begin, end);
 }
 
 constexpr ByteSet kLastLineEnd = {kCr, kLf, 0};
