@@ -30,12 +30,16 @@ uint16_t TakeUtf8(const char **text) {
   return 0xFFFF;
 }
 
+template <size_t Size>
+bool IsCharset(const VcardData *data, const char (&name)[Size]) {
+  return std::memcmp(data->Charset, name, Size) == 0;  // with its NUL
+}
+
 }  // namespace
 
 int32_t VcardCharsetId(const VcardData *data) {
-  if (data->Charset[0] == '\0') return SoCharsetDefault;
-  if (VcardSameText(data->Charset, "utf-8")) return SoCharsetUtf8;
-  if (VcardSameText(data->Charset, "windows-1251")) return SoCharsetWindows1251;
+  if (IsCharset(data, "utf-8")) return SoCharsetUtf8;
+  if (IsCharset(data, "windows-1251")) return SoCharsetWindows1251;
   return SoCharsetDefault;
 }
 
