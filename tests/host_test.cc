@@ -57,9 +57,9 @@ TEST(Host, Base64) {
   for (const auto &c : cases) {
     for (const uint32_t size : {1U, 2U, 64U}) {
       MemoryIo source(c.text, {.largestRead = size});
-      VcardDecodeSpec spec = {&source, 0, 2, {}};
+      VcardDecodeSpec record = {&source, 0, 2, {}};
       VcardIo *io = nullptr;
-      ASSERT_EQ(openIo(&io, VcardIoOpenDecode, &spec, VcardIoOpenFlags), 0);
+      ASSERT_EQ(openIo(&io, VcardIoOpenDecode, &record, VcardIoOpenFlags), 0);
       EXPECT_EQ(readAll(io, size), c.decoded) << c.text;
       const BadBase64Byte bad = badBase64Byte(io);
       EXPECT_EQ(bad.found ? int(bad.position) : -1, c.badAt) << c.text;

@@ -73,6 +73,10 @@ Result run(std::string_view bytes, int16_t format, bool stops) {
   }
   expectSame(runOnce(bytes, format, {.largestRead = 5, .wideAnswer = 1}), "GetInfo answering 1");
   expectSame(runOnce(bytes, format, {.hasWideSlots = false}), "no 64-bit slots");
+  {
+    const BufferSize large(64);
+    expectSame(runOnce(bytes, format), "a buffer of 64 KB");
+  }
   if (stops) {
     expectSame(runOnce(bytes, format, {}, [](int) { return true; }), "a stop at each paragraph");
   }

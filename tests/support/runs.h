@@ -46,7 +46,7 @@ void expectSameCalls(const Trace &expected, const Trace &other, const std::strin
 Result runOnce(std::string_view bytes, int16_t format, const MemoryIoOptions &io = {},
                std::function<bool(int)> stopAt = {});
 
-// The run of a file, after a check that neither the size of the reads, nor the width of the slots,
+// The run of a file, after a check that neither the size of reads and buffer, nor the slots' width,
 // nor a stop at every paragraph makes a difference to the calls. A difference is a failure of the
 // running test. Stops are left out where `stops` is false.
 Result run(std::string_view bytes, int16_t format = VcardFormatVcard, bool stops = true);
