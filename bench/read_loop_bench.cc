@@ -67,19 +67,6 @@ void setRoutines(const FilterLibrary &filter, Counts *counts, VcardData *data) {
   setRoutine(filter, SoIdSetObjectData, countOther<uint32_t, uint64_t, uint64_t>, data);
 }
 
-const FilterLibrary &filter() {
-  static const FilterLibrary *const library = [] {
-    std::string error;
-    const FilterLibrary *loaded = loadFilterLibrary(&error);
-    if (loaded == nullptr) {
-      std::fprintf(stderr, "%s\n", error.c_str());
-      std::exit(1);
-    }
-    return loaded;
-  }();
-  return *library;
-}
-
 const std::string &textOf(Kind kind) {
   static std::map<Kind, std::string> texts;
   std::string &text = texts[kind];
@@ -90,19 +77,19 @@ const std::string &textOf(Kind kind) {
 Counts runFilter(const std::string &text) {
   MemoryIo io(text);
   Counts counts;
-  VcardData *data = filter().allocProc();
+  VcardData *data = filterLibrary().allocProc();
   VcardStream *stream;
-  filter().localUp(&io, &stream, data);
-  setRoutines(filter(), &counts, data);
-  filter().streamOpen(stream, VcardFormatVcard, 0, nullptr, data);
+  filterLibrary().localUp(&io, &stream, data);
+  setRoutines(filterLibrary(), &counts, data);
+  filterLibrary().streamOpen(stream, VcardFormatVcard, 0, nullptr, data);
   do {
-    filter().streamTell(0, data);
-    filter().streamSection(0, data);
-    filter().streamRead(0, data);
+    filterLibrary().streamTell(0, data);
+    filterLibrary().streamSection(0, data);
+    filterLibrary().streamRead(0, data);
   } while (counts.lastBreak == SoBreakSection);
   VcardIo *same;
-  filter().localDown(stream, &same);
-  filter().freeProc(data);
+  filterLibrary().localDown(stream, &same);
+  filterLibrary().freeProc(data);
   return counts;
 }
 

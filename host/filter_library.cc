@@ -4,16 +4,13 @@
 
 #include <cstring>
 #include <filesystem>
+#include <stdexcept>
+#include <string>
 #include <system_error>
 #include <type_traits>
 
 namespace px {
 namespace {
-
-struct Loaded {
-  FilterLibrary filter{};
-  std::string error;  // empty when `filter` is complete
-};
 
 // The library in lib/ beside the program's bin/ goes before any other, so that a build tree runs
 // its own. A run path would say the same, but the sanitizers' dlopen doesn't go by the program's.
@@ -26,28 +23,21 @@ std::string libraryPath() {
   return fs::exists(beside, none) ? beside.string() : name;
 }
 
-Loaded load() {
-  Loaded loaded;
+FilterLibrary load() {
   const std::string path = libraryPath();
   void *library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!library) {
-    loaded.error = dlerror();
-    return loaded;
-  }
+  if (!library) throw std::runtime_error(dlerror());
   const auto getRtns = reinterpret_cast<decltype(VwGetRtns) *>(dlsym(library, "VwGetRtns"));
   const auto versionText = static_cast<const char *const *>(dlsym(library, "version"));
-  if (!getRtns || !versionText) {
-    loaded.error = path + ": no filter library";
-    return loaded;
-  }
+  if (!getRtns || !versionText) throw std::runtime_error(path + ": no filter library");
 
   void *table[VwSlotCount] = {};
   getRtns(table, VwSlotCount);
   auto take = [&](int slot, auto &entry) {
     entry = reinterpret_cast<std::remove_reference_t<decltype(entry)>>(table[slot]);
-    if (!entry) loaded.error = path + ": no entry point in slot " + std::to_string(slot);
+    if (!entry) throw std::runtime_error(path + ": no entry point in slot " + std::to_string(slot));
   };
-  FilterLibrary &filter = loaded.filter;
+  FilterLibrary filter{};
   take(VwSlotStreamOpen, filter.streamOpen);
   take(VwSlotStreamSection, filter.streamSection);
   take(VwSlotStreamRead, filter.streamRead);
@@ -66,16 +56,14 @@ Loaded load() {
 
   const char *number = std::strchr(*versionText, '=');
   filter.version = number ? number + 1 : *versionText;
-  return loaded;
+  return filter;
 }
 
 }  // namespace
 
-const FilterLibrary *loadFilterLibrary(std::string *error) {
-  static const Loaded loaded = load();
-  if (loaded.error.empty()) return &loaded.filter;
-  *error = loaded.error;
-  return nullptr;
+const FilterLibrary &filterLibrary() {
+  static const FilterLibrary library = load();
+  return library;
 }
 
 }  // namespace px

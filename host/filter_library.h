@@ -3,8 +3,6 @@
 #ifndef PX_HOST_FILTER_LIBRARY_H
 #define PX_HOST_FILTER_LIBRARY_H
 
-#include <string>
-
 #include "px/vcrd.h"
 
 namespace px {
@@ -28,10 +26,10 @@ struct FilterLibrary {
   const char *version;  // the dotted version number alone
 };
 
-// Loads libpx_vcrd.so, from ../lib beside the program or, if it isn't there, from where the system
-// looks, and takes its entry points from VwGetRtns. It stays loaded until the process ends; later
-// calls answer the same table. Answers null and stores the reason at `error` when it can't be used.
-const FilterLibrary *loadFilterLibrary(std::string *error);
+// The library, loaded at the first call: libpx_vcrd.so from beside the program's other libraries or
+// from the system, with its entry points from VwGetRtns. It stays loaded until the process ends.
+// Throws std::runtime_error, whose text is for a person, when it can't be loaded.
+const FilterLibrary &filterLibrary();
 
 }  // namespace px
 

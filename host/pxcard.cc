@@ -42,11 +42,9 @@ struct Options {
   std::vector<std::string> files;
 };
 
-// File names come from anywhere, so they are shown without what would drive the terminal, and
-// without the prefix that a name in brackets has got.
-std::string displayName(std::string file) {
+// File names come from anywhere, so they are shown without what would drive the terminal.
+std::string displayName(const std::string &file) {
   if (file == "-") return "standard input";
-  if (file.starts_with("./[")) file.erase(0, 2);
   CharacterDecoder decoder;
   std::string decoded, name;
   for (const char c : file) decoder.put(static_cast<unsigned char>(c), &decoded);
@@ -182,7 +180,7 @@ int run(int argc, char **argv, FileWriter *out) {
   std::vector<std::string> arguments;  // last one first, as CLI11 takes them
   for (int i = argc - 1; i > 0; --i) {
     arguments.emplace_back(argv[i]);
-    // CLI11 would take a name in brackets for a list of names.
+    // CLI11 would take a name in brackets for a list of names. Undone below.
     if (arguments.back().starts_with('[')) arguments.back().insert(0, "./");
   }
   bool versionWanted = false;
@@ -199,18 +197,17 @@ int run(int argc, char **argv, FileWriter *out) {
     return ExitUsage;
   }
 
-  std::string reason;
-  const FilterLibrary *filter = loadFilterLibrary(&reason);
-  if (!filter) {
-    std::fprintf(stderr, "pxcard: %s\n", reason.c_str());
-    return ExitFailed;
+  for (std::string &file : options.files) {
+    if (file.starts_with("./[")) file.erase(0, 2);
   }
+
+  const FilterLibrary &filter = filterLibrary();
   if (versionWanted) {
-    out->write(std::string("pxcard " PX_VERSION " (libpx_vcrd ") + filter->version + ")\n");
+    out->write(std::string("pxcard " PX_VERSION " (libpx_vcrd ") + filter.version + ")\n");
     out->flush();
     return ExitGood;
   }
-  return Program(*filter, options, out).run();
+  return Program(filter, options, out).run();
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <sstream>
 
 #include "host/sniffer.h"
 #include "tests/support/runs.h"
@@ -57,11 +58,14 @@ constexpr std::string_view kWords =
     "\xF0\x9F\x98\x80|begin:|text|http://example.org/|";
 
 std::string randomCard(std::mt19937 &random) {
+  static const std::vector<std::string> words = [] {
+    std::vector<std::string> list;
+    std::istringstream text{std::string(kWords)};
+    for (std::string word; std::getline(text, word, '|');) list.push_back(word);
+    return list;
+  }();
   std::string text = "BEGIN:VCARD\r\n";
-  for (auto count = random() % 60; count > 0; --count) {
-    const size_t begin = kWords.rfind('|', random() % (kWords.size() - 1)) + 1;
-    text += kWords.substr(begin, kWords.find('|', begin) - begin);
-  }
+  for (auto count = random() % 60; count > 0; --count) text += words[random() % words.size()];
   return text;
 }
 

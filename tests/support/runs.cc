@@ -27,19 +27,6 @@ std::string difference(const Trace &a, const Trace &b) {
 
 }  // namespace
 
-const FilterLibrary &filter() {
-  static const FilterLibrary *const library = [] {
-    std::string error;
-    const FilterLibrary *loaded = loadFilterLibrary(&error);
-    if (loaded == nullptr) {
-      std::fprintf(stderr, "%s\n", error.c_str());
-      std::abort();
-    }
-    return loaded;
-  }();
-  return *library;
-}
-
 Recorder::Recorder() : TraceWriter([this](std::string_view line) { trace.emplace_back(line); }) {}
 
 bool Recorder::emitBreak(uint32_t kind, uint32_t zero) {

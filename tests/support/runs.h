@@ -17,7 +17,7 @@
 namespace px::test {
 
 // The library under test, loaded the way that every host loads it.
-const FilterLibrary &filter();
+inline const FilterLibrary &filter() { return filterLibrary(); }
 
 // An output that records the trace and asks for a stop at the paragraphs that `stopAt` names,
 // counted from 1.

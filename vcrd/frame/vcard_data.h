@@ -123,6 +123,16 @@ struct VcardData {
   uint64_t MemHandle;
 };
 
+// Forgets all positions of the index.
+inline void VcardForgetPositions(VcardData *data) {
+  for (int i = 0; i < kSlotCount; ++i) {
+    data->TelPos[i] = data->EmailPos[i] = data->UrlPos[i] = kNoPosition;
+  }
+  data->FnPos = data->NPos = data->TitlePos = data->OrgPos = kNoPosition;
+  data->IntlLabelPos = data->LabelPos = data->IntlAdrPos = data->AdrPos = kNoPosition;
+  data->SummaryPos = data->LocationPos = data->DtstartPos = data->StatusPos = kNoPosition;
+}
+
 inline constexpr size_t kSaveSize = offsetof(VcardData, FilterId);
 inline constexpr size_t kOpenSize = offsetof(VcardData, Routine);
 static_assert(kSaveSize == 4804 && kSaveSize == VcardSavedSize);

@@ -15,8 +15,12 @@ namespace {
 constexpr uint32_t kBase64 = 2;
 constexpr int32_t kNoObject = -4;
 
-VcardIo *DecodeStreamOf(VcardIo *object) {
-  return reinterpret_cast<VcardObjectIo *>(object)->DecodeStream;
+// Calls the same slot of the decoding object.
+template <auto Slot, typename... Arguments>
+int32_t Forward(VcardIo *object, Arguments... arguments) {
+  if (object == nullptr) return kNoObject;
+  VcardIo *decodeStream = reinterpret_cast<VcardObjectIo *>(object)->DecodeStream;
+  return (decodeStream->*Slot)(decodeStream, arguments...);
 }
 
 // Opens both objects. Answers false, with nothing left open, on failure.
@@ -76,43 +80,29 @@ int32_t DoCloseVCRD(VcardIo *object) {
 }
 
 int32_t DoReadVCRD(VcardIo *object, void *to, uint32_t size, uint32_t *count) {
-  if (object == nullptr) return kNoObject;
-  VcardIo *inner = DecodeStreamOf(object);
-  return inner->Read(inner, to, size, count);
+  return Forward<&VcardIo::Read>(object, to, size, count);
 }
 
 int32_t DoWriteVCRD(VcardIo *object, uint64_t a, uint64_t b, uint64_t c) {
-  if (object == nullptr) return kNoObject;
-  VcardIo *inner = DecodeStreamOf(object);
-  return inner->Write(inner, a, b, c);
+  return Forward<&VcardIo::Write>(object, a, b, c);
 }
 
 int32_t DoSeekVCRD(VcardIo *object, uint16_t whence, uint64_t position) {
-  if (object == nullptr) return kNoObject;
-  VcardIo *inner = DecodeStreamOf(object);
-  return inner->Seek(inner, whence, position);
+  return Forward<&VcardIo::Seek>(object, whence, position);
 }
 
 int32_t DoTellVCRD(VcardIo *object, uint32_t *position) {
-  if (object == nullptr) return kNoObject;
-  VcardIo *inner = DecodeStreamOf(object);
-  return inner->Tell(inner, position);
+  return Forward<&VcardIo::Tell>(object, position);
 }
 
 int32_t DoGetInfoVCRD(VcardIo *object, uint32_t selector, void *argument) {
-  if (object == nullptr) return kNoObject;
-  VcardIo *inner = DecodeStreamOf(object);
-  return inner->GetInfo(inner, selector, argument);
+  return Forward<&VcardIo::GetInfo>(object, selector, argument);
 }
 
 int32_t DoSeek64VCRD(VcardIo *object, uint16_t whence, int64_t position) {
-  if (object == nullptr) return kNoObject;
-  VcardIo *inner = DecodeStreamOf(object);
-  return inner->Seek64(inner, whence, position);
+  return Forward<&VcardIo::Seek64>(object, whence, position);
 }
 
 int32_t DoTell64VCRD(VcardIo *object, int64_t *position) {
-  if (object == nullptr) return kNoObject;
-  VcardIo *inner = DecodeStreamOf(object);
-  return inner->Tell64(inner, position);
+  return Forward<&VcardIo::Tell64>(object, position);
 }

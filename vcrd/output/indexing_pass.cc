@@ -86,9 +86,6 @@ void IndexCardProperty(VcardProperty property, VcardData *data) {
     case PropUrl:
       NoteSlot(data->UrlPos, data->UrlEncoding, nullptr, data);
       break;
-    case PropVersion:
-      data->Version = VcardReadVersion(data);
-      break;
     default:
       VcardSkipValue(data);
       break;
@@ -116,9 +113,6 @@ void IndexCalendarProperty(VcardProperty property, VcardData *data) {
     case PropStatus:
       NoteCalendarLine(&data->StatusPos, BlockStatus, data);
       break;
-    case PropVersion:
-      data->Version = VcardReadVersion(data);
-      break;
     default:
       VcardSkipValue(data);
       break;
@@ -130,6 +124,8 @@ void IndexCalendarProperty(VcardProperty property, VcardData *data) {
 void VcardIndexProperty(VcardProperty property, VcardData *data) {
   if (property == PropEnd) {
     data->Finished = 1;  // whatever it ends; its value isn't looked at
+  } else if (property == PropVersion) {
+    data->Version = VcardReadVersion(data);
   } else if (data->FilterId == VcardFormatVcard) {
     IndexCardProperty(property, data);
   } else {

@@ -32,14 +32,11 @@ constexpr ParagraphStyleRow kBodyRow = {{{1, {0, 0}, 360}, {1, {0, 0}, 360}}};
 void ClearIndex(VcardData *data) {
   data->IndexDone = 0;
   data->PassCount = 0;
-  data->FnPos = data->NPos = data->TitlePos = data->OrgPos = kNoPosition;
-  data->IntlLabelPos = data->LabelPos = data->IntlAdrPos = data->AdrPos = kNoPosition;
-  data->SummaryPos = data->LocationPos = data->DtstartPos = data->StatusPos = kNoPosition;
+  VcardForgetPositions(data);
   data->LabelTypes = {};
   data->IntlAdrTypes = {};
   data->AdrTypes = {};
   for (int i = 0; i < kSlotCount; ++i) {
-    data->TelPos[i] = data->EmailPos[i] = data->UrlPos[i] = kNoPosition;
     data->TelTypes[i] = {};
     data->EmailTypes[i] = {};
   }

@@ -55,20 +55,18 @@ void PutTitle(VcardData *data) {
   VcardEndParagraph(data);
 }
 
+void PutFieldLine(const VcardText &value, VcardData *data) {
+  if (value[0] != '\0') VcardPutString(value, 1, data);
+}
+
 void PutOrganisation(VcardData *data) {
   if (!IsSet(data->OrgPos)) return;
   SoUseStyle(data->StyleHeading[2], data);
   GoTo(data->OrgPos, data);
   VcardCopyText(data->Charset, data->OrgCharset);
   VcardReadFields(data);
-  for (const VcardText &value : data->Value) {
-    if (value[0] != '\0') VcardPutString(value, 1, data);
-  }
+  for (const VcardText &value : data->Value) PutFieldLine(value, data);
   VcardEndParagraph(data);
-}
-
-void PutFieldLine(const VcardText &value, VcardData *data) {
-  if (value[0] != '\0') VcardPutString(value, 1, data);
 }
 
 // A field that shares its line with the next one, when there is a next one.

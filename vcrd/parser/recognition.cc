@@ -32,12 +32,7 @@ int32_t VwStreamOpen(VcardStream *stream, int16_t id, uint64_t, void *info, Vcar
   VcardClearProp(data);
   data->Version = 1;
   data->NextObjectId = 1;
-  for (int i = 0; i < kSlotCount; ++i) {
-    data->TelPos[i] = data->EmailPos[i] = data->UrlPos[i] = kNoPosition;
-  }
-  data->FnPos = data->NPos = data->TitlePos = data->OrgPos = kNoPosition;
-  data->IntlLabelPos = data->LabelPos = data->IntlAdrPos = data->AdrPos = kNoPosition;
-  data->SummaryPos = data->LocationPos = data->DtstartPos = data->StatusPos = kNoPosition;
+  VcardForgetPositions(data);
   data->FilterId = static_cast<uint16_t>(id);
   data->Stream = stream;
   if (info != nullptr) WriteInfo(info);
