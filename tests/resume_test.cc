@@ -81,6 +81,7 @@ TEST(Resume, RandomInputsGiveTheSameCallsHoweverTheyAreRead) {
     SCOPED_TRACE(testing::Message() << "reads of " << size << ", wide " << wide << "\n" << bytes);
     const Result other = runOnce(bytes, format, {.largestRead = size, .hasWideSlots = wide});
     EXPECT_EQ(whole.opened, other.opened);
+    EXPECT_TRUE(whole.saved == other.saved);
     expectSameCalls(whole.trace, other.trace, "other reads");
   }
 }

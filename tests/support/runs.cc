@@ -46,13 +46,16 @@ Result runOnce(std::string_view bytes, int16_t format, const MemoryIoOptions &op
   CardRun cardRun(filter(), &io, &recorder);
   const int32_t opened = cardRun.open(format);
   if (opened == VcardOpenGood) cardRun.readAll();
-  return {opened, std::move(recorder.trace)};
+  std::string saved(VcardSavedSize, '\0');
+  filter().getData(saved.data(), cardRun.data());
+  return {opened, std::move(recorder.trace), saved};
 }
 
 Result run(std::string_view bytes, int16_t format, bool stops) {
   Result whole = runOnce(bytes, format);
   const auto expectSame = [&whole](const Result &other, const std::string &how) {
     EXPECT_EQ(whole.opened, other.opened) << how;
+    EXPECT_TRUE(whole.saved == other.saved) << how;
     expectSameCalls(whole.trace, other.trace, how);
   };
   for (const uint32_t size : {1U, 2U, 3U, 7U}) {

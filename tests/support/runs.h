@@ -33,10 +33,12 @@ class Recorder : public TraceWriter {
   int paragraph_ = 0;
 };
 
-// What a run gave. `trace` is empty when the stream wasn't opened.
+// What a run gave. `trace` is empty when the stream wasn't opened. `saved` is the state that
+// VwGetData gives at the end.
 struct Result {
   int32_t opened;
   Trace trace;
+  std::string saved;
 };
 
 // Fails the running test when two traces differ, and shows where they part.

@@ -107,7 +107,11 @@ void VcardSkipLine(VcardData *data) {
     // An escape can't hide a line end, so the search needs no look at backslashes.
     const VcardStretch stretch = VcardStreamStretch(stream);
     const uint8_t *p = FindLineEnd(stretch.Begin, stretch.End);
-    while (const uint8_t *behind = BehindFold(p, stretch.End)) p = FindLineEnd(behind, stretch.End);
+    while (const uint8_t *behind = BehindFold(p, stretch.End)) {
+      // The byte that version 1 pushes back behind a fold: it stays in the saved state.
+      if (data->Version == 1) data->PushbackChar = behind[-1];
+      p = FindLineEnd(behind, stretch.End);
+    }
     VcardStreamTake(stream, p);
   } while (VcardGetChar(&c, data) == 0);
 }
