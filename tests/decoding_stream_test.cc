@@ -1,7 +1,5 @@
 // The object that VwDoSpecial makes, over objects of a host that writes down each call.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <cstring>
 #include <sstream>

@@ -1,6 +1,5 @@
 // The content of embedded objects, through the filter and the host's own objects.
 
-#include <gtest/gtest.h>
 #include <nettle/base64.h>
 
 #include "tests/support/failing_memory.h"

@@ -2,7 +2,6 @@
 // record with its routines, and what happens without memory.
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 
 #include <regex>
 #include <sstream>

@@ -1,7 +1,5 @@
 // Options of the process, and filters on more than one thread. Meant for the tsan preset as well.
 
-#include <gtest/gtest.h>
-
 #include <thread>
 
 #include "px/util.h"

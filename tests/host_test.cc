@@ -1,6 +1,5 @@
 // The parts of the reference host, each alone.
 
-#include <gtest/gtest.h>
 #include <sys/mman.h>
 
 #include "host/base64_io.h"

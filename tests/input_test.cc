@@ -1,13 +1,10 @@
 // What the reader makes of line ends, folds, escapes and the end of the input, and which calls it
 // makes on the host's object.
 
-#include <gtest/gtest.h>
-
 #include <numeric>
 #include <utility>
 
 #include "tests/support/runs.h"
-#include "tests/support/short_form.h"
 
 namespace px::test {
 namespace {

@@ -1,11 +1,8 @@
 // What the parameters of a line mean for its value.
 
-#include <gtest/gtest.h>
-
 #include <sstream>
 
 #include "tests/support/runs.h"
-#include "tests/support/short_form.h"
 
 namespace px::test {
 namespace {

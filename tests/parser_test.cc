@@ -1,12 +1,8 @@
 // Recognition, the heads of content lines, and the ways out of VwStreamRead.
 
-#include <gtest/gtest.h>
-
-#include <sstream>
 #include <tuple>
 
 #include "tests/support/runs.h"
-#include "tests/support/short_form.h"
 
 namespace px::test {
 namespace {
@@ -23,8 +19,7 @@ TEST(Recognition, BeginLine) {
       {"BEGIN:VCARD:\n|BEGIN:V=CARD\n|BEGIN:V.CARD\n|", 9},
   };
   for (const auto &[list, answer] : cases) {
-    std::istringstream inputs(list);
-    for (std::string bytes; std::getline(inputs, bytes, '|');) {
+    for (const std::string &bytes : words(list)) {
       EXPECT_EQ(run(bytes, VcardFormatVcard, false).opened, answer) << bytes;
       EXPECT_EQ(run(bytes, VcardFormatVcalendar, false).opened, answer) << bytes;
     }
@@ -163,8 +158,7 @@ TEST(Scanner, EndOfTheInput) {
        R"(d"A": "1" |)"},
   };
   for (const auto &[inputs, expected] : cases) {
-    std::istringstream list(inputs);
-    for (std::string lines; std::getline(list, lines, '|');) {
+    for (const std::string &lines : words(inputs)) {
       const Result result = run("BEGIN:VCARD\nA:1\n" + lines, VcardFormatVcard, false);
       EXPECT_EQ(shortForm(sectionsOf(brief(result.trace)).at(0).listing), expected) << lines;
       EXPECT_EQ(result.trace.back(), "SoEmitBreak(2, 0)");

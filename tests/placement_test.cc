@@ -1,9 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <regex>
 
 #include "tests/support/runs.h"
-#include "tests/support/short_form.h"
 
 namespace px::test {
 namespace {

@@ -1,12 +1,9 @@
 // Stopping, saving, going back and reading on give the calls that an unbroken run gives.
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
-#include <sstream>
 
 #include "host/sniffer.h"
 #include "tests/support/runs.h"
@@ -58,14 +55,9 @@ constexpr std::string_view kWords =
     "\xF0\x9F\x98\x80|begin:|text|http://example.org/|";
 
 std::string randomCard(std::mt19937 &random) {
-  static const std::vector<std::string> words = [] {
-    std::vector<std::string> list;
-    std::istringstream text{std::string(kWords)};
-    for (std::string word; std::getline(text, word, '|');) list.push_back(word);
-    return list;
-  }();
+  static const std::vector<std::string> all = words(kWords);
   std::string text = "BEGIN:VCARD\r\n";
-  for (auto count = random() % 60; count > 0; --count) text += words[random() % words.size()];
+  for (auto count = random() % 60; count > 0; --count) text += all[random() % all.size()];
   return text;
 }
 

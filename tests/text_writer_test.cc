@@ -1,7 +1,5 @@
 // The text view of whole cards, compared with what stands in golden/.
 
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <sstream>
 

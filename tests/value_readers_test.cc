@@ -1,11 +1,6 @@
 // Reading values: fields, the version, the end of a skipped value, and the two decoders.
 
-#include <gtest/gtest.h>
-
-#include <sstream>
-
 #include "tests/support/runs.h"
-#include "tests/support/short_form.h"
 
 namespace px::test {
 namespace {
@@ -91,8 +86,7 @@ TEST(Version, Numbers) {
        R"(d"ab,")"},
   };
   for (const auto &[examples, out] : cases) {
-    std::istringstream all(examples);
-    for (std::string lines; std::getline(all, lines, '|');) {
+    for (const std::string &lines : words(examples)) {
       for (const int16_t format : {VcardFormatVcard, VcardFormatVcalendar}) {
         const std::string text = shortForm(listing(lines + "NOTE:a\n b\\,\n", format));
         EXPECT_EQ(text.substr(text.rfind('#')), "#79400: " + out + " |") << lines;
@@ -112,8 +106,7 @@ TEST(SkippedValue, WhereItEnds) {
       {"X:x\n FN:a\n|X;QUOTED-PRINTABLE:x=\nFN:a\n|X;QUOTED-PRINTABLE:x\xFF=\nFN:a\n|", false},
       {"X;BASE64:AAAA\n\tAAAA\n\nFN:a\n|X:=\nFN:a\n|X;QUOTED-PRINTABLE:x=0A\n FN:a\n|", true}};
   for (const auto &[examples, seen] : cases) {
-    std::istringstream all(examples);
-    for (std::string lines; std::getline(all, lines, '|');) {
+    for (const std::string &lines : words(examples)) {
       EXPECT_EQ(summary(lines).find("[h1] d\"a\"") != std::string::npos, seen) << lines;
     }
   }

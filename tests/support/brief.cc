@@ -82,11 +82,7 @@ std::vector<Section> sectionsOf(std::string_view brief) {
       for (const std::string_view w : words) first = std::min(first, whole.find(w, from));
       return first;
     };
-    // The set-up ends with its last definition, or with the first word of the summary.
-    size_t summary = whole.rfind("EndDefinition(0xA008001C,8)");
-    summary = summary != std::string_view::npos ? whole.find(' ', summary)
-                                                : whole.find("Routine89(1,0)") + 14;
-    if (summary > whole.size()) summary = whole.size();
+    const size_t summary = firstOf({" [h1]", " [h2]", " br"}, 0);
     const size_t listing = firstOf({" [list]", " [body]", " next", " end"}, summary);
     const auto part = [&whole](size_t from, size_t to) {
       std::string_view text = whole.substr(from, to - from);

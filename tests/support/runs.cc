@@ -1,7 +1,5 @@
 #include "tests/support/runs.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "px/util.h"

@@ -1,7 +1,9 @@
-// Runs of the filter over bytes, with the calls that it made.
+// Runs of the filter over bytes, with the calls that it made. It brings all that most tests need.
 
 #ifndef PX_TESTS_SUPPORT_RUNS_H
 #define PX_TESTS_SUPPORT_RUNS_H
+
+#include <gtest/gtest.h>
 
 #include <cstdint>
 #include <functional>
@@ -13,6 +15,7 @@
 #include "host/memory_io.h"
 #include "host/trace_writer.h"
 #include "tests/support/brief.h"
+#include "tests/support/short_form.h"
 
 namespace px::test {
 

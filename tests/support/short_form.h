@@ -19,6 +19,15 @@ namespace px::test {
 // What goes in, and what is expected of it.
 using Examples = std::vector<std::pair<std::string, std::string>>;
 
+// The words of a list in which a bar stands behind each.
+inline std::vector<std::string> words(std::string_view list) {
+  std::vector<std::string> result;
+  for (; !list.empty(); list.remove_prefix(list.find('|') + 1)) {
+    result.emplace_back(list.substr(0, list.find('|')));
+  }
+  return result;
+}
+
 inline void replaceAll(std::string *text, std::string_view from, std::string_view to) {
   for (size_t at = 0; (at = text->find(from, at)) != std::string::npos; at += to.size()) {
     text->replace(at, from.size(), to);
