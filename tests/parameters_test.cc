@@ -72,15 +72,6 @@ TEST(Parameters, ValueKinds) {
         ";BINARY;INLINE ;VALUE=X-A;VALUE=INLINE ;X-VALUE=URL"}});
 }
 
-TEST(Parameters, Charsets) {
-  expectEndings("NOTE", "x",
-                {{R"(u"x" d |)", ";CHARSET=utf-8 ;charset=utf-8 ;CHARSET=x;CHARSET=utf-8"},
-                 {R"(w"x" d |)", ";CHARSET=windows-1251 ;CHARSET=utf-8;CHARSET=windows-1251"},
-                 {R"(: d"x" |)",
-                  ";CHARSET=UTF-8 ;CHARSET=Windows-1251 ;UTF-8 ;ENCODING=utf-8 ;CHARSET=utf "
-                  ";CHARSET=utf-8;CHARSET= ;X-CHARSET=utf-8"}});
-}
-
 TEST(Parameters, AttendeesAndExtensions) {
   const std::string long255(255, 'L');
   expectEndings("ATTENDEE", "v",
