@@ -1,0 +1,60 @@
+// Bytes on their way through the host: written once, read at any place. A little of them is held in
+// memory, more than that in a temporary file without a name.
+
+#ifndef PX_HOST_IO_SPOOL_FILE_H
+#define PX_HOST_IO_SPOOL_FILE_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "host/file_descriptor.h"
+#include "host/positioned_io.h"
+
+namespace px {
+
+// A new file without a name in TMPDIR or /tmp, gone when it is closed. Throws std::system_error
+// with "temporary file" in its text.
+FileDescriptor openTemporaryFile();
+
+class SpoolFile {
+ public:
+  // The members throw std::system_error as openTemporaryFile does.
+
+  void append(std::string_view bytes) {
+    if (held_.size() + bytes.size() > Largest) spill();
+    held_ += bytes;
+  }
+  uint64_t size() const { return spilled_ + held_.size(); }
+
+  // Stores what stands at `position`, up to `size` bytes; answers their number, less than `size`
+  // only at the end.
+  size_t readAt(uint64_t position, void *to, size_t size) const;
+
+ private:
+  static constexpr size_t Largest = 256 * 1024;
+
+  void spill();
+
+  FileDescriptor file_;
+  uint64_t spilled_ = 0;  // bytes in the file; those in held_ follow them
+  std::string held_;
+};
+
+// A spool as an I/O object. Slot Close does nothing.
+class SpoolIo final : public PositionedIo<SpoolIo> {
+ public:
+  // Shows `length` bytes from `start`. `spool` isn't owned.
+  SpoolIo(const SpoolFile *spool, uint64_t start, uint64_t length)
+      : spool_(spool), start_(start), length_(length) {}
+
+  int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count);
+
+ private:
+  const SpoolFile *spool_;
+  uint64_t start_, length_;
+};
+
+}  // namespace px
+
+#endif

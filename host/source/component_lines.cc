@@ -1,0 +1,153 @@
+#include "host/source/component_lines.h"
+
+#include <algorithm>
+
+#include "host/source/line_parameters.h"
+
+namespace px {
+namespace {
+
+constexpr std::string_view kAgentsCard = "BEGIN:VCARD";
+
+// Components that stand in a calendar side by side, never in one another.
+bool isEntry(std::string_view name) {
+  return name == "VEVENT" || name == "VTODO" || name == "VJOURNAL" || name == "VFREEBUSY" ||
+         name == "VTIMEZONE";
+}
+
+void skipValue(ByteSource *source, const ContentLine &line) {
+  ValueBytes(source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+}
+
+}  // namespace
+
+std::string takeComponentName(ByteSource *source) {
+  constexpr size_t longest = 64;
+  ValueBytes value(source, Transfer::Plain, FoldRule::DropsBlank);
+  std::string name;
+  for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
+    for (const char c : piece) {
+      if (c != ' ' && c != '\t' && name.size() < longest) name += c;
+    }
+  }
+  return inCapitals(name);
+}
+
+ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,
+                               const FaultSink *faults)
+    : source_(source), lines_(lines), name_(std::move(name)), faults_(faults) {}
+
+void ComponentLines::fault(uint64_t line, const std::string &text) const {
+  if (faults_) (*faults_)(line, text);
+}
+
+// Whether a component that begins inside of `open` shows that the END of `open` is missing.
+bool ComponentLines::beginsBeside(std::string_view begun, std::string_view open,
+                                  bool behindAgent) const {
+  if (begun == "VCALENDAR") return true;
+  if (begun == "VCARD") return !behindAgent;
+  return isEntry(begun) && open != "VCALENDAR";
+}
+
+// A nested card can begin on the AGENT line itself. One that is folded into the line as escaped
+// text goes on behind the word, and is a value.
+bool ComponentLines::isAgentsCard(const ContentLine &line) {
+  if (!equalsNoCase(line.name, "AGENT")) return false;
+  const std::string_view value = source_->lookAhead(kAgentsCard.size() + 1);
+  return equalsNoCase(value.substr(0, kAgentsCard.size()), kAgentsCard) &&
+         (value.size() == kAgentsCard.size() || value.back() == '\r' || value.back() == '\n');
+}
+
+ComponentLines::Item ComponentLines::next(ContentLine *line) {
+  for (;;) {
+    if (!lines_->next(line)) {
+      fault(source_->place().line, name_ + " without END");
+      end_ = source_->place().position;
+      return Item::End;
+    }
+    if (!line->colon) {
+      fault(line->start.line, "no colon: not a property");
+      continue;
+    }
+    if (equalsNoCase(line->name, "BEGIN")) {
+      const std::string begun = takeComponentName(source_);
+      if (begun.empty()) {
+        fault(line->start.line, "BEGIN of nothing");
+        continue;
+      }
+      if (beginsBeside(begun, name_, behindAgent_)) {
+        fault(line->start.line, name_ + " without END");
+        source_->moveTo(line->start);
+        end_ = line->start.position;
+        return Item::End;
+      }
+      nested_ = {begun, line->start, 0};
+      passOver(begun);
+      behindAgent_ = false;
+      return Item::Nested;
+    }
+    if (equalsNoCase(line->name, "END")) {
+      const std::string ended = takeComponentName(source_);
+      if (ended != name_) fault(line->start.line, "END:" + ended + " for " + name_);
+      end_ = source_->place().position;
+      return Item::End;
+    }
+    if (isAgentsCard(*line)) {
+      nested_ = {"VCARD", line->value, 0};
+      takeComponentName(source_);
+      passOver("VCARD");
+      return Item::Nested;
+    }
+    behindAgent_ = equalsNoCase(line->name, "AGENT");
+    return Item::Line;
+  }
+}
+
+// Goes to the end of a nested component. Beyond a depth that nothing honest has, names are not
+// kept, and any END closes the innermost one.
+void ComponentLines::passOver(std::string name) {
+  constexpr size_t deepest = 64;
+  std::vector<std::string> open = {std::move(name)};
+  size_t beyond = 0;
+  bool behindAgent = false;
+  ContentLine line;
+  while (!open.empty()) {
+    nested_.end = source_->place().position;
+    if (!lines_->next(&line)) return;
+    if (!line.colon) continue;
+    const bool begins = equalsNoCase(line.name, "BEGIN");
+    const bool agentsCard = !begins && isAgentsCard(line);
+    if (begins || agentsCard) {
+      const std::string begun = takeComponentName(source_);
+      if (begun.empty()) continue;
+      if (begun == "VCALENDAR" || beginsBeside(begun, open.back(), behindAgent || agentsCard)) {
+        // It ends all that is open here; the component around decides for itself.
+        source_->moveTo(line.start);
+        return;
+      }
+      if (open.size() < deepest) {
+        open.push_back(begun);
+      } else {
+        ++beyond;
+      }
+    } else if (equalsNoCase(line.name, "END")) {
+      const std::string ended = takeComponentName(source_);
+      if (beyond > 0) {
+        --beyond;
+      } else if (ended != open.back() && ended == name_) {
+        source_->moveTo(line.start);
+        return;
+      } else {
+        const auto match = std::find(open.rbegin(), open.rend(), ended);
+        open.resize(match == open.rend() ? open.size() - 1
+                                         : static_cast<size_t>(open.rend() - match) - 1);
+      }
+    } else {
+      skipValue(source_, line);
+    }
+    behindAgent = equalsNoCase(line.name, "AGENT");
+  }
+  nested_.end = source_->place().position;
+}
+
+}  // namespace px

@@ -1,0 +1,139 @@
+#include "host/source/content_lines.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace px {
+namespace {
+
+bool isBlank(int c) { return c == ' ' || c == '\t'; }
+
+char toCapital(char c) { return 'a' <= c && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+// Where the parameter that begins at `from` ends. Between quotes a semicolon is text, when `guard`.
+size_t parameterEnd(std::string_view head, size_t from, bool guard) {
+  bool quoted = false;
+  for (size_t at = from; at < head.size(); ++at) {
+    if (head[at] == '"') quoted = guard && !quoted;
+    if (head[at] == ';' && !quoted) return at;
+  }
+  return head.size();
+}
+
+}  // namespace
+
+bool equalsNoCase(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+           return toCapital(x) == toCapital(y);
+         });
+}
+
+std::string inCapitals(std::string_view text) {
+  std::string result(text);
+  for (char &c : result) c = toCapital(c);
+  return result;
+}
+
+bool takeFold(ByteSource *source) {
+  while (source->takeLineEnd()) {
+  }
+  if (!isBlank(source->peek())) return false;
+  source->skip(1);
+  return true;
+}
+
+bool ContentLines::next(ContentLine *line) {
+  while (isBlank(source_->peek()) || source_->takeLineEnd()) {
+    if (isBlank(source_->peek())) source_->skip(1);
+  }
+  if (source_->peek() < 0) return false;
+  line->start = source_->place();
+  line->colon = true;
+  if (nextInBuffer(line)) return true;
+  // A quote that is never closed is a character like any other.
+  if (!gather(line, Quotes::Guard)) {
+    const Place end = line->end;
+    source_->moveTo(line->start);
+    if (!gather(line, Quotes::Plain)) {
+      line->colon = false;
+      line->end = end;
+    }
+  }
+  return true;
+}
+
+// The usual head: whole in the buffer, without quotes.
+bool ContentLines::nextInBuffer(ContentLine *line) {
+  bool ended;
+  const std::string_view bytes = source_->readyInLine(&ended);
+  const void *found = std::memchr(bytes.data(), ':', bytes.size());
+  if (!found) return false;
+  const auto size = static_cast<size_t>(static_cast<const char *>(found) - bytes.data());
+  if (size > LongestHead || std::memchr(bytes.data(), '"', size)) return false;
+  source_->skip(size + 1);
+  line->value = source_->place();
+  split(bytes.substr(0, size), line);
+  return true;
+}
+
+bool ContentLines::gather(ContentLine *line, Quotes quotes) {
+  head_.clear();
+  bool quoted = false;
+  for (;;) {
+    bool ended;
+    const std::string_view bytes = source_->readyInLine(&ended);
+    for (size_t at = 0; at < bytes.size(); ++at) {
+      if (bytes[at] == '"' && quotes == Quotes::Guard) quoted = !quoted;
+      if (bytes[at] != ':' || quoted) continue;
+      if (head_.size() + at > LongestHead) break;
+      head_.append(bytes, 0, at);
+      source_->skip(at + 1);
+      line->value = source_->place();
+      split(head_, line);
+      return true;
+    }
+    if (head_.size() <= LongestHead) head_ += bytes;
+    source_->skip(bytes.size());
+    if (!ended && source_->peek() >= 0) continue;
+    line->end = source_->place();
+    if (!takeFold(source_)) return false;
+    if (rule_ == FoldRule::KeepsBlank) head_ += ' ';
+  }
+}
+
+void ContentLines::split(std::string_view head, ContentLine *line) {
+  size_t end = std::min(head.find(';'), head.size());
+  std::string_view name = head.substr(0, end);
+  if (std::any_of(name.begin(), name.end(), isBlank)) {
+    name_ = name;
+    std::erase_if(name_, isBlank);
+    name = name_;
+  }
+  const size_t period = name.rfind('.');
+  line->group = period == name.npos ? std::string_view() : name.substr(0, period);
+  line->name = period == name.npos ? name : name.substr(period + 1);
+
+  line->parameters.clear();
+  line->parametersCut = false;
+  const bool guard = std::count(head.begin(), head.end(), '"') % 2 == 0;
+  while (end < head.size()) {
+    if (line->parameters.size() == MostParameters) {
+      line->parametersCut = true;
+      return;
+    }
+    const size_t start = end + 1;
+    end = parameterEnd(head, start, guard);
+    const std::string_view parameter = head.substr(start, end - start);
+    const size_t equals = parameter.find('=');
+    HeadParameter split;
+    if (equals == parameter.npos) {
+      split.value = parameter;
+    } else {
+      split.name = parameter.substr(0, equals);
+      split.value = parameter.substr(equals + 1);
+    }
+    line->parameters.push_back(split);
+  }
+}
+
+}  // namespace px

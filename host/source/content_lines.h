@@ -1,0 +1,77 @@
+// The content lines of a card: heads, and where values begin.
+//
+// A line is GROUP.NAME;PARAMETER;PARAMETER:VALUE. It goes on behind a line end that a blank or a
+// tab follows, blank lines in between passed over; what becomes of that blank is told by FoldRule.
+// Only the head is read here; see value_bytes.h for the value.
+
+#ifndef PX_HOST_SOURCE_CONTENT_LINES_H
+#define PX_HOST_SOURCE_CONTENT_LINES_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/source/byte_source.h"
+
+namespace px {
+
+// Version 2.1 folds where a blank stands, which belongs to the text; the later ones put one in.
+enum class FoldRule { KeepsBlank, DropsBlank };
+
+// Takes the line ends that come next and, when the line goes on behind them, the blank that says
+// so. Answers whether it goes on. Otherwise the source stands on the next line's first byte.
+bool takeFold(ByteSource *source);
+
+struct HeadParameter {
+  std::string_view name;   // empty: a bare parameter
+  std::string_view value;  // as it stands, quotes included
+};
+
+struct ContentLine {
+  Place start;      // of the line's first byte
+  Place value;      // of the value's first byte
+  Place end;        // of a line without a colon: of its line end
+  bool colon = false;
+  std::string_view group;  // "item1"; without its period
+  std::string_view name;
+  std::vector<HeadParameter> parameters;
+  bool parametersCut = false;  // there are more than ContentLines::MostParameters
+};
+
+// Whether two texts are the same but for the case of the letters A to Z.
+bool equalsNoCase(std::string_view a, std::string_view b);
+
+// `text` with a to z in capitals.
+std::string inCapitals(std::string_view text);
+
+class ContentLines {
+ public:
+  // A head that is longer counts as a line without a colon. In bytes.
+  static constexpr size_t LongestHead = 64 * 1024;
+  static constexpr size_t MostParameters = 256;
+
+  // `source` isn't owned.
+  explicit ContentLines(ByteSource *source) : source_(source) {}
+
+  void setFoldRule(FoldRule rule) { rule_ = rule; }
+
+  // Reads the next head, up to the place behind its colon; a line without a colon is read to its
+  // end. The texts of `line` are valid until the next call. Answers false at the end of the input.
+  bool next(ContentLine *line);
+
+ private:
+  enum class Quotes { Guard, Plain };
+
+  bool nextInBuffer(ContentLine *line);
+  bool gather(ContentLine *line, Quotes quotes);
+  void split(std::string_view head, ContentLine *line);
+
+  ByteSource *source_;
+  FoldRule rule_ = FoldRule::DropsBlank;
+  std::string head_;
+  std::string name_;  // when blanks had to be taken out
+};
+
+}  // namespace px
+
+#endif

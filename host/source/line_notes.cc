@@ -1,0 +1,265 @@
+#include "host/source/line_notes.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <type_traits>
+#include <unordered_set>
+
+#include "host/source/content_lines.h"
+
+namespace px {
+namespace {
+
+// Fields one behind the other: numbers as they lie in memory, texts and lists behind their length.
+
+class RecordWriter {
+ public:
+  template <class Number>
+    requires std::is_arithmetic_v<Number>
+  void put(Number number) {
+    bytes_.append(reinterpret_cast<const char *>(&number), sizeof number);
+  }
+  void put(const std::string &text) {
+    put(static_cast<uint32_t>(text.size()));
+    bytes_ += text;
+  }
+  void put(const Extent &extent) {
+    put(extent.offset);
+    put(extent.length);
+  }
+  template <class T>
+  void put(const std::optional<T> &item) {
+    put(item.has_value());
+    if (item) put(*item);
+  }
+  void put(const Parameter &parameter) {
+    put(parameter.name);
+    put(parameter.values);
+  }
+  template <class A, class B>
+  void put(const std::pair<A, B> &pair) {
+    put(pair.first);
+    put(pair.second);
+  }
+  template <class T>
+  void put(const std::vector<T> &list) {
+    put(static_cast<uint32_t>(list.size()));
+    for (const T &item : list) put(item);
+  }
+  const std::string &bytes() const { return bytes_; }
+
+ private:
+  std::string bytes_;
+};
+
+class RecordReader {
+ public:
+  explicit RecordReader(SpoolReader *spool) : spool_(*spool) {}
+
+  template <class Number>
+    requires std::is_arithmetic_v<Number>
+  void take(Number *number) {
+    spool_.read(number, sizeof *number);
+  }
+  void take(std::string *text) {
+    uint32_t size;
+    take(&size);
+    text->resize(size);
+    spool_.read(text->data(), size);
+  }
+  void take(Extent *extent) {
+    take(&extent->offset);
+    take(&extent->length);
+  }
+  template <class T>
+  void take(std::optional<T> *item) {
+    bool has;
+    take(&has);
+    item->reset();
+    if (has) take(&item->emplace());
+  }
+  void take(Parameter *parameter) {
+    take(&parameter->name);
+    take(&parameter->values);
+  }
+  template <class A, class B>
+  void take(std::pair<A, B> *pair) {
+    take(&pair->first);
+    take(&pair->second);
+  }
+  template <class T>
+  void take(std::vector<T> *list) {
+    uint32_t size;
+    take(&size);
+    list->resize(size);
+    for (T &item : *list) take(&item);
+  }
+
+ private:
+  SpoolReader &spool_;
+};
+
+// Each record names its fields once, for both ways.
+
+template <class Note, class Visit>
+void visitLine(Note &note, Visit visit) {
+  visit(note.dropped);
+  visit(note.callLabel);
+  visit(note.callName);
+  visit(note.label);
+  visit(note.name);
+  visit(note.group);
+  visit(note.parameters);
+  visit(note.extent);
+  visit(note.breakAdded);
+  visit(note.fieldsInText);
+  visit(note.fieldCount);
+  visit(note.emptyFields);
+  visit(note.data);
+  visit(note.dataSize);
+}
+
+template <class Note, class Visit>
+void visitSection(Note &note, Visit visit) {
+  visit(note.component);
+  visit(note.version);
+  visit(note.format);
+  visit(note.extent);
+  visit(note.partOf);
+  visit(note.summaryRoles);
+  visit(note.groupLabels);
+  visit(note.firstLine);
+  visit(note.firstSummary);
+  visit(note.lineCount);
+  visit(note.summaryCount);
+}
+
+}  // namespace
+
+std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
+  std::vector<std::pair<int, std::string>> types;
+  for (const Parameter &parameter : parameters) {
+    if (parameter.name != "TYPE") continue;
+    for (const std::string &value : parameter.values) {
+      std::string small = value;
+      for (char &c : small) {
+        if ('A' <= c && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+      }
+      const int number = knownType(small);
+      types.emplace_back(number < 0 ? INT32_MAX : number, std::move(small));
+    }
+  }
+  std::stable_sort(types.begin(), types.end(),
+                   [](const auto &a, const auto &b) { return a.first < b.first; });
+  std::vector<std::string> names;
+  std::unordered_set<std::string> seen;
+  for (auto &[number, name] : types) {
+    if (seen.insert(name).second) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+void LineNotes::add(const LineNote &note) {
+  RecordWriter record;
+  visitLine(note, [&](const auto &field) { record.put(field); });
+  lines_.append(record.bytes());
+  ++lineCount_;
+}
+
+void LineNotes::add(const SummaryNote &note) {
+  RecordWriter record;
+  record.put(static_cast<uint8_t>(note.role));
+  record.put(note.types);
+  record.put(note.value);
+  summaries_.append(record.bytes());
+  ++summaryCount_;
+}
+
+void LineNotes::add(SectionNote section) {
+  section.firstLine = firstLine_;
+  section.firstSummary = firstSummary_;
+  section.lineCount = lineCount_;
+  section.summaryCount = summaryCount_;
+  RecordWriter record;
+  visitSection(section, [&](const auto &field) { record.put(field); });
+  sections_.append(record.bytes());
+  ++sectionCount_;
+  firstLine_ = lines_.size();
+  firstSummary_ = summaries_.size();
+  lineCount_ = summaryCount_ = 0;
+}
+
+bool SpoolReader::fill() {
+  constexpr size_t capacity = 16 * 1024;
+  base_ += buffer_.size();
+  next_ = 0;
+  buffer_.resize(capacity);
+  buffer_.resize(spool_->readAt(base_, buffer_.data(), capacity));
+  return !buffer_.empty();
+}
+
+void SpoolReader::read(void *to, size_t size) {
+  auto *bytes = static_cast<char *>(to);
+  while (size > 0) {
+    if (atEnd()) throw std::logic_error("a note is cut short");
+    const size_t count = std::min(size, buffer_.size() - next_);
+    std::memcpy(bytes, buffer_.data() + next_, count);
+    next_ += count;
+    bytes += count;
+    size -= count;
+  }
+}
+
+void SpoolReader::moveTo(uint64_t position) {
+  if (base_ <= position && position <= base_ + buffer_.size()) {
+    next_ = static_cast<size_t>(position - base_);
+  } else {
+    base_ = position;
+    next_ = 0;
+    buffer_.clear();
+  }
+}
+
+LineNoteReader::LineNoteReader(const LineNotes *notes)
+    : lines_(&notes->lines_), summaries_(&notes->summaries_), sections_(&notes->sections_) {}
+
+bool LineNoteReader::nextSection(SectionNote *section) {
+  if (sections_.atEnd()) return false;
+  RecordReader record(&sections_);
+  visitSection(section_, [&](auto &field) { record.take(&field); });
+  *section = section_;
+  lines_.moveTo(section_.firstLine);
+  linesRead_ = summariesRead_ = 0;
+  role_ = SummaryRole::None;
+  return true;
+}
+
+bool LineNoteReader::nextLine(LineNote *line) {
+  if (linesRead_ == section_.lineCount) return false;
+  ++linesRead_;
+  RecordReader record(&lines_);
+  visitLine(*line, [&](auto &field) { record.take(&field); });
+  return true;
+}
+
+bool LineNoteReader::nextSummary(SummaryRole role, SummaryNote *summary) {
+  if (role != role_) {
+    summaries_.moveTo(section_.firstSummary);
+    summariesRead_ = 0;
+    role_ = role;
+  }
+  RecordReader record(&summaries_);
+  while (summariesRead_ < section_.summaryCount) {
+    ++summariesRead_;
+    uint8_t number;
+    record.take(&number);
+    record.take(&summary->types);
+    record.take(&summary->value);
+    summary->role = static_cast<SummaryRole>(number);
+    if (summary->role == role) return true;
+  }
+  return false;
+}
+
+}  // namespace px

@@ -1,0 +1,147 @@
+// What is kept beside a view, line by line, of that which the filter will not tell: names, groups,
+// parameters, places in the file. Written in the order of the view's lines while it is made, read
+// in the same order beside the filter's calls.
+
+#ifndef PX_HOST_SOURCE_LINE_NOTES_H
+#define PX_HOST_SOURCE_LINE_NOTES_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/io/spool_file.h"
+#include "host/source/property_table.h"
+
+namespace px {
+
+struct Parameter {
+  std::string name;                 // in capitals; "TYPE" for a type without a name
+  std::vector<std::string> values;  // quotes and escapes undone
+};
+
+// A stretch of the file, in bytes.
+struct Extent {
+  uint64_t offset = 0;
+  uint64_t length = 0;
+};
+
+// Adds to `types` the type names among the parameters, in small letters: the known ones first, in
+// the order in which the filter writes them.
+std::vector<std::string> typesOf(const std::vector<Parameter> &parameters);
+
+// A line of the view that has output in the listing.
+struct LineNote {
+  bool dropped = false;  // it is there for the summary only: its output is passed over
+
+  // What the calls say first: a label's string id, or, when that is 0, a name.
+  uint32_t callLabel = 0;
+  std::string callName;
+
+  uint32_t label = 0;  // of the property itself; 0: it has none
+  std::string name;    // as the file writes it
+  std::string group;
+  std::vector<Parameter> parameters;
+  std::optional<Extent> extent;
+
+  bool breakAdded = false;      // a line end was put behind the value
+  bool fieldsInText = false;    // fields stand in one text, divided by FieldDivider
+  uint32_t fieldCount = 0;      // of a value of lines: as many fields it has,
+  uint32_t emptyFields = 0;     // and, bit by bit, which of them are empty
+  std::optional<Extent> data;   // an object's Base64 text in the file,
+  uint64_t dataSize = 0;        // and the size of its content
+};
+
+// A line of the view that the summary is made of.
+struct SummaryNote {
+  SummaryRole role = SummaryRole::None;
+  std::vector<std::string> types;
+  Extent value;  // in the view: quoted-printable in one line, fields divided by semicolons
+};
+
+struct SectionNote {
+  std::string component;  // "VCARD", "VEVENT", in capitals
+  std::string version;
+  int16_t format = 0;
+  std::optional<Extent> extent;
+  uint32_t partOf = 0;
+  uint32_t summaryRoles = 0;  // bit by bit, the roles that the section's lines have
+  // Groups and what their X-ABLabel lines say; no more than MaxGroupLabels.
+  std::vector<std::pair<std::string, std::string>> groupLabels;
+  static constexpr size_t MaxGroupLabels = 64;
+
+  uint64_t firstLine = 0;  // positions among the notes
+  uint64_t firstSummary = 0;
+  uint32_t lineCount = 0;
+  uint32_t summaryCount = 0;
+
+  bool has(SummaryRole role) const { return (summaryRoles >> static_cast<int>(role) & 1) != 0; }
+};
+
+class LineNotes {
+ public:
+  // A section's lines and summary lines are added first, then the section.
+  void add(const LineNote &note);
+  void add(const SummaryNote &note);
+  // Sets the positions and counts of `section` to what was added since the last one.
+  void add(SectionNote section);
+
+  uint64_t sectionCount() const { return sectionCount_; }
+
+  void clear() { *this = LineNotes(); }
+
+ private:
+  friend class LineNoteReader;
+
+  SpoolFile lines_, summaries_, sections_;
+  uint64_t sectionCount_ = 0;
+  uint64_t firstLine_ = 0;
+  uint64_t firstSummary_ = 0;
+  uint32_t lineCount_ = 0;
+  uint32_t summaryCount_ = 0;
+};
+
+// A spool's bytes in order, through a buffer.
+class SpoolReader {
+ public:
+  explicit SpoolReader(const SpoolFile *spool, uint64_t position = 0)
+      : spool_(spool), base_(position) {}
+
+  bool atEnd() { return next_ == buffer_.size() && !fill(); }
+  void read(void *to, size_t size);
+  void moveTo(uint64_t position);
+
+ private:
+  bool fill();
+
+  const SpoolFile *spool_;
+  uint64_t base_;
+  size_t next_ = 0;
+  std::string buffer_;
+};
+
+// Reads notes in the order in which they were added.
+class LineNoteReader {
+ public:
+  // `notes` isn't owned and doesn't change any more.
+  explicit LineNoteReader(const LineNotes *notes);
+
+  // Answer false when there is none left, in the section for lines and summary lines. The summary
+  // lines of one role are read in order; those of another start from the section's first again.
+  bool nextSection(SectionNote *section);
+  bool nextLine(LineNote *line);
+  bool nextSummary(SummaryRole role, SummaryNote *summary);
+
+ private:
+  SpoolReader lines_, summaries_, sections_;
+  SectionNote section_;
+  uint32_t linesRead_ = 0;
+  uint32_t summariesRead_ = 0;
+  SummaryRole role_ = SummaryRole::None;
+};
+
+}  // namespace px
+
+#endif

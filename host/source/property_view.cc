@@ -1,0 +1,520 @@
+#include "host/source/property_view.h"
+
+#include <nettle/base64.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "host/source/value_text.h"
+#include "px/vcrd.h"
+
+namespace px {
+namespace {
+
+// A value that is longer is written piece by piece, without a look at the whole.
+constexpr size_t kLongestWhole = 64 * 1024;
+
+constexpr size_t kLongestField = 255;  // of the filter, and so are its names
+constexpr size_t kMostLines = 7;       // fields of a value of lines that it shows
+
+constexpr uint32_t kPictureLabel = 79402;
+
+std::string_view withoutLeadingBlanks(std::string_view text) {
+  return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+}
+
+// `text` cut to what the filter keeps, between characters.
+std::string_view cut(std::string_view text) {
+  if (text.size() <= kLongestField) return text;
+  size_t size = kLongestField;
+  while (size > 0 && (text[size] & 0xC0) == 0x80) --size;
+  return text.substr(0, size);
+}
+
+std::vector<std::string> split(std::string_view text) {
+  std::vector<std::string> fields;
+  for (;;) {
+    const size_t end = std::min(text.find(FieldDivider), text.size());
+    fields.emplace_back(text.substr(0, end));
+    if (end == text.size()) return fields;
+    text.remove_prefix(end + 1);
+  }
+}
+
+bool areEmpty(const std::vector<std::string> &fields) {
+  return std::all_of(fields.begin(), fields.end(), [](const auto &field) { return field.empty(); });
+}
+
+bool isBase64Digit(char c) {
+  return ('A' <= c && c <= 'Z') || ('a' <= c && c <= 'z') || ('0' <= c && c <= '9') || c == '+' ||
+         c == '/';
+}
+
+std::string badByte(char c) {
+  char text[64];
+  std::snprintf(text, sizeof text, "the Base64 text ends at a byte that is none, 0x%02X",
+                static_cast<unsigned char>(c));
+  return text;
+}
+
+}  // namespace
+
+void PropertyView::beginSection(int16_t format, const VersionRules &rules, const SourceFile *file,
+                                bool nameFromParts, SectionNote *section) {
+  format_ = format;
+  rules_ = rules;
+  file_ = file;
+  nameFromParts_ = nameFromParts;
+  section_ = section;
+}
+
+// Whether the pass that looks for the summary takes the property's value for heads of lines.
+bool PropertyView::isIndexed() const {
+  return format_ == VcardFormatVcard && known_ && known_->role != SummaryRole::None;
+}
+
+void PropertyView::add(const ContentLine &line) {
+  start_ = line.start;
+  known_ = knownProperty(line.name, format_);
+  transfer_ = transferOf(line.parameters);
+  noteHead(line);
+
+  separator_ = 0;
+  if (known_ && (known_->form == PropertyForm::Rows || known_->form == PropertyForm::Lines)) {
+    const bool commas =
+        format_ == VcardFormatVcalendar && rules_.escapes && known_->form == PropertyForm::Lines;
+    separator_ = commas && known_->role == SummaryRole::None ? ',' : ';';
+  }
+
+  const bool isText = known_ && known_->form != PropertyForm::Media &&
+                      known_->form != PropertyForm::Key && known_->form != PropertyForm::Attach;
+  if (transfer_ == Transfer::Base64 && !isText) {
+    addObject(false);
+  } else if (transfer_ == Transfer::Plain && takeDataPrefix(line)) {
+    addObject(true);
+  } else {
+    addText(line);
+  }
+}
+
+// The texts of `line` go with the buffer that they lie in, so they are kept before the value is read.
+void PropertyView::noteHead(const ContentLine &line) {
+  note_ = LineNote();
+  note_.label = known_ ? known_->label : 0;
+  note_.name = headText(line.name);
+  note_.group = headText(line.group);
+  note_.parameters = parametersOf(line.parameters, rules_);
+  for (Parameter &parameter : note_.parameters) {
+    parameter.name = headText(parameter.name);
+    for (std::string &value : parameter.values) value = headText(value);
+  }
+  if (line.parametersCut) {
+    fault("more than " + std::to_string(ContentLines::MostParameters) +
+          " parameters: the others are left out");
+  }
+}
+
+std::string PropertyView::headText(std::string_view bytes) {
+  size_t open;
+  if (isUtf8(bytes, &open) && open == 0) return std::string(bytes);
+  decoder_.begin(file_->guessedCharset());
+  std::string text;
+  decoder_.put(bytes, &text);
+  if (!decoder_.finish(&text)) fault("bytes in the line's head that are no text");
+  return text;
+}
+
+std::optional<Extent> PropertyView::extentOf(uint64_t from, uint64_t end) const {
+  if (!file_->filePosition) return std::nullopt;
+  const uint64_t offset = file_->filePosition(from);
+  return Extent{offset, file_->filePosition(end) - offset};
+}
+
+// Cards in cards.
+
+bool PropertyView::takeAgentsCard(const ContentLine &line, SpoolFile *text) {
+  if (!equalsNoCase(line.name, "AGENT") || !rules_.escapes) return false;
+  constexpr std::string_view begin = "BEGIN:VCARD\\N";
+  if (!equalsNoCase(source_->lookAhead(begin.size()), begin)) return false;
+  ValueBytes value(source_, transferOf(line.parameters), rules_.fold);
+  ValueText unescape(true, 0);
+  for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
+    text_.clear();
+    unescape.put(piece, &text_);
+    text->append(text_);
+  }
+  text->append("\n");
+  return true;
+}
+
+// Objects.
+
+// Takes "data:...;base64," when the value begins so. Otherwise nothing is taken.
+bool PropertyView::takeDataPrefix(const ContentLine &line) {
+  constexpr std::string_view scheme = "data:";
+  constexpr size_t longest = 1024;
+  if (!equalsNoCase(source_->lookAhead(scheme.size()), scheme)) return false;
+  std::string prefix;
+  while (prefix.size() < longest) {
+    const int c = source_->peek();
+    if (c < 0) break;
+    if (c == '\r' || c == '\n') {
+      if (!takeFold(source_)) break;
+      continue;
+    }
+    source_->skip(1);
+    if (c == ',') {
+      constexpr std::string_view mark = ";BASE64";
+      if (prefix.size() < mark.size()) break;
+      if (!equalsNoCase(std::string_view(prefix).substr(prefix.size() - mark.size()), mark)) break;
+      return true;
+    }
+    if (c != '\\') prefix += static_cast<char>(c);  // some writers escape what stands in a URI
+  }
+  source_->moveTo(line.value);
+  return false;
+}
+
+void PropertyView::addObject(bool percents) {
+  ValueBytes value(source_, Transfer::Base64, rules_.fold);
+  const bool hasForm = known_ && (known_->form == PropertyForm::Media ||
+                                  known_->form == PropertyForm::Key ||
+                                  known_->form == PropertyForm::Attach);
+  uint64_t digits = 0;
+  uint64_t first = 0;
+  uint64_t last = 0;
+  bool padded = false;
+  bool good = true;
+  std::string clean;
+  std::string escape;  // what has been read of %2B
+  for (std::string_view piece = value.next(); !piece.empty() && good; piece = value.next()) {
+    const uint64_t position = source_->place().position - piece.size();
+    clean.clear();
+    for (size_t at = 0; at < piece.size() && good; ++at) {
+      char c = piece[at];
+      if (percents && (c == '%' || !escape.empty())) {
+        escape += c;
+        if (escape.size() < 3) continue;
+        unsigned code = 0;
+        std::sscanf(escape.c_str(), "%%%2x", &code);
+        c = static_cast<char>(code);
+        escape.clear();
+      }
+      if (c == '=') {
+        padded = true;
+      } else if (!isBase64Digit(c) || padded) {
+        fault(padded ? "text behind the end of the Base64 text" : badByte(c));
+        good = false;
+        break;
+      } else {
+        clean += c;
+      }
+      if (first == 0) first = position + at;
+      last = position + at + 1;
+    }
+    if (clean.empty()) continue;
+    if (digits == 0) {
+      if (!hasForm) {
+        view_->put("PHOTO;BASE64:");
+        note_.callLabel = kPictureLabel;
+      } else {
+        note_.callLabel = known_->label;
+        putHead(false);
+        view_->put(known_->form == PropertyForm::Attach ? ";VALUE=BINARY;BASE64:" : ";BASE64:");
+      }
+    }
+    view_->put(clean);
+    digits += clean.size();
+  }
+  if (!good) value.skip();
+  note_.extent = extentOf(start_.position, value.end().position);
+  if (digits == 0) {
+    text_.clear();
+    return addWhole();
+  }
+  view_->put("=\n");
+  note_.data = extentOf(first, last);
+  if (!note_.data) note_.data = Extent();
+  note_.dataSize = digits * 3 / 4;
+  notes_->add(note_);
+}
+
+// Texts.
+
+void PropertyView::addText(const ContentLine &line) {
+  ValueBytes value(source_, transfer_, rules_.fold, separator_ == ';');
+  if (!collect(&value)) return addLong(line, &value);
+  note_.extent = extentOf(start_.position, value.end().position);
+  if (transfer_ == Transfer::Base64) decodeBase64();
+
+  size_t open;
+  beginDecoder(isUtf8(raw_, &open) && open == 0);
+  decoded_.clear();
+  decoder_.put(raw_, &decoded_);
+  if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
+  text_.clear();
+  ValueText meaning(rules_.escapes, separator_);
+  meaning.put(decoded_, &text_);
+  meaning.finish(&text_);
+  // The filter drops the blanks before a value that it knows.
+  if (known_ && transfer_ == Transfer::Plain) text_ = withoutLeadingBlanks(text_);
+  addWhole();
+}
+
+// Reads the value; false when it is longer than what is looked at as a whole.
+bool PropertyView::collect(ValueBytes *value) {
+  raw_.clear();
+  while (raw_.size() <= kLongestWhole) {
+    const std::string_view piece = value->next();
+    if (piece.empty()) return true;
+    raw_ += piece;
+  }
+  return false;
+}
+
+void PropertyView::decodeBase64() {
+  base64_decode_ctx context;
+  base64_decode_init(&context);
+  std::string bytes(BASE64_DECODE_LENGTH(raw_.size()), '\0');
+  size_t size = bytes.size();
+  if (!base64_decode_update(&context, &size, reinterpret_cast<uint8_t *>(bytes.data()), raw_.size(),
+                            raw_.data())) {
+    fault("the Base64 text holds a byte that is none");
+    return;  // the text is shown as it stands
+  }
+  bytes.resize(size);
+  raw_ = std::move(bytes);
+}
+
+void PropertyView::beginDecoder(bool isUtf8) {
+  const std::string *charset = valueOf(note_.parameters, "CHARSET");
+  if (charset && !(file_->unicode && transfer_ == Transfer::Plain)) {
+    if (equalsNoCase(*charset, "UTF-8")) return decoder_.beginUtf8();
+    if (decoder_.begin(*charset)) return;
+    fault("character set " + *charset + " is not known");
+  }
+  if (isUtf8) return decoder_.beginUtf8();
+  decoder_.begin(file_->guessedCharset());
+}
+
+// Writes the value in text_.
+void PropertyView::addWhole() {
+  if (!note_.group.empty() && text_.size() <= kLongestField &&
+      equalsNoCase(note_.name, "X-ABLABEL") &&
+      section_->groupLabels.size() < SectionNote::MaxGroupLabels) {
+    section_->groupLabels.emplace_back(note_.group, text_);
+  }
+  if (!known_) return putUnderOwnName(text_);
+  if (separator_ != 0) return addFields();
+
+  const bool hasLineEnd = text_.find('\n') != text_.npos;
+  const SummaryRole role = isIndexed() ? known_->role : SummaryRole::None;
+  const bool oneLine = role == SummaryRole::Telephone || role == SummaryRole::Email ||
+                       role == SummaryRole::Url;
+  const bool single = known_->form == PropertyForm::Single;
+  const bool cutOff = single && (text_.find(';') != text_.npos || text_.size() > kLongestField);
+  const bool version = known_->name == "VERSION";
+  if ((isIndexed() && text_.empty()) || cutOff ||
+      (hasLineEnd && (oneLine || single || version))) {
+    return putUnderOtherName(text_);
+  }
+  note_.callLabel = known_->label;
+  if (single || version) {
+    // With the blank no version is known, and the filter stays with its simplest dialect.
+    view_->put(known_->name);
+    view_->put(version ? ": " : ":");
+    view_->put(text_);
+    view_->put("\n");
+    notes_->add(note_);
+    return;
+  }
+  putHead(true);
+  const uint64_t start = view_->size();
+  view_->putQuoted(text_);
+  note_.breakAdded = role == SummaryRole::Url;  // between two URLs the summary has nothing
+  endLine(start);
+}
+
+// Ends a line whose value began at `valueStart`, and notes it.
+void PropertyView::endLine(uint64_t valueStart) {
+  const uint64_t valueEnd = view_->size();
+  view_->put(note_.breakAdded ? "=0A\n" : "\n");
+  notes_->add(note_);
+  if (!known_ || known_->role == SummaryRole::None) return;
+  section_->summaryRoles |= 1u << static_cast<int>(known_->role);
+  if (format_ == VcardFormatVcard) {
+    notes_->add(SummaryNote{known_->role, typesOf(note_.parameters),
+                            {valueStart, valueEnd - valueStart}});
+  }
+}
+
+void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
+  if (transfer_ == Transfer::Base64) {
+    source_->moveTo(line.value);
+    return addObject(false);
+  }
+  // The set must be known before the first character is written.
+  size_t open;
+  bool utf8 = isUtf8(raw_, &open);
+  for (std::string rest = raw_.substr(raw_.size() - open);;) {
+    const std::string_view piece = value->next();
+    if (piece.empty()) {
+      utf8 = utf8 && rest.empty();
+      break;
+    }
+    if (!utf8) continue;
+    rest += piece;
+    utf8 = isUtf8(rest, &open);
+    rest.erase(0, rest.size() - open);
+  }
+  note_.extent = extentOf(start_.position, value->end().position);
+
+  const bool quoted = known_ && separator_ == 0 && known_->form != PropertyForm::Single &&
+                      known_->name != "VERSION" &&
+                      !(isIndexed() && known_->role >= SummaryRole::Telephone);
+  if (quoted) {
+    note_.callLabel = known_->label;
+    putHead(true);
+  } else {
+    note_.fieldsInText = separator_ != 0;
+    note_.callName = known_ ? "X-" + std::string(known_->name) : std::string(cut(note_.name));
+    view_->put(note_.callName + ":");
+  }
+  const uint64_t start = view_->size();
+  source_->moveTo(line.value);
+  ValueBytes again(source_, transfer_, rules_.fold, separator_ == ';');
+  ValueText meaning(rules_.escapes, separator_);
+  beginDecoder(utf8);
+  const auto put = [&] {
+    quoted ? view_->putQuoted(text_) : view_->putPlain(text_);
+    decoded_.clear();
+    text_.clear();
+  };
+  decoded_.clear();
+  text_.clear();
+  for (std::string_view piece = again.next(); !piece.empty(); piece = again.next()) {
+    decoder_.put(piece, &decoded_);
+    meaning.put(decoded_, &text_);
+    put();
+  }
+  if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
+  meaning.put(decoded_, &text_);
+  meaning.finish(&text_);
+  put();
+  if (quoted) return endLine(start);
+  view_->put("\n");
+  notes_->add(note_);
+}
+
+// Writes the fields in text_.
+void PropertyView::addFields() {
+  std::vector<std::string> fields = split(text_);
+  if (transfer_ == Transfer::Plain) {
+    for (std::string &field : fields) field.erase(0, field.size() - withoutLeadingBlanks(field).size());
+  }
+  const bool rows = known_->form == PropertyForm::Rows;
+  const size_t most = rows ? known_->fields.size() : kMostLines;
+  while (fields.size() > most && fields.back().empty()) fields.pop_back();
+  const bool isCut = fields.size() > most ||
+                     std::any_of(fields.begin(), fields.end(), [](const std::string &field) {
+                       return field.size() > kLongestField;
+                     });
+  const bool takesPlace = isIndexed() && areEmpty(fields);
+  if (isCut || takesPlace) {
+    if (!takesPlace && isIndexed()) putCutFields(fields);
+    note_.fieldsInText = true;
+    putUnderOtherName(text_);
+  } else {
+    note_.callLabel = known_->label;
+    if (!rows) {
+      note_.fieldCount = static_cast<uint32_t>(fields.size());
+      for (size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].empty()) note_.emptyFields |= 1u << i;
+      }
+    }
+    putFields(fields);
+  }
+  if (nameFromParts_ && isIndexed() && known_->role == SummaryRole::Name) putNameFromParts(fields);
+}
+
+void PropertyView::putFields(const std::vector<std::string> &fields) {
+  putHead(true);
+  const uint64_t start = view_->size();
+  for (size_t i = 0; i < fields.size(); ++i) {
+    if (i > 0) view_->put(";");
+    view_->putField(fields[i], i == 0);
+  }
+  endLine(start);
+  if (isIndexed()) view_->putAbsorber();
+}
+
+// What the filter's fields can hold of a value, for the summary alone.
+void PropertyView::putCutFields(std::vector<std::string> fields) {
+  fields.resize(std::min(fields.size(), kMostLines));
+  for (std::string &field : fields) field.resize(cut(field).size());
+  const LineNote whole = std::move(note_);
+  note_ = LineNote();
+  note_.dropped = true;
+  note_.callLabel = known_->label;
+  note_.parameters = whole.parameters;  // the summary's types
+  putFields(fields);
+  note_ = whole;
+}
+
+void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
+  std::string name;
+  for (const size_t i : {size_t{3}, size_t{1}, size_t{2}, size_t{0}, size_t{4}}) {
+    if (i >= parts.size() || parts[i].empty()) continue;
+    if (!name.empty()) name += ' ';
+    name += parts[i];
+  }
+  if (name.empty()) return;
+  known_ = knownProperty("FN", format_);
+  note_ = LineNote();
+  note_.dropped = true;
+  note_.callLabel = known_->label;
+  putHead(true);
+  const uint64_t start = view_->size();
+  view_->putQuoted(name);
+  endLine(start);
+  nameFromParts_ = false;
+}
+
+// The name of a known property, with the types that the filter writes for it.
+void PropertyView::putHead(bool encoded) {
+  view_->put(known_->name);
+  const bool typed = known_->role == SummaryRole::Address || known_->role == SummaryRole::Label ||
+                     known_->role == SummaryRole::Telephone ||
+                     known_->role == SummaryRole::Email || known_->form == PropertyForm::Key;
+  if (typed) {
+    for (const std::string &type : typesOf(note_.parameters)) {
+      if (knownType(type) >= 0) view_->put(";TYPE=" + type);
+    }
+  }
+  if (encoded) view_->put(";QUOTED-PRINTABLE:");
+}
+
+void PropertyView::putUnderOwnName(std::string_view text) {
+  // AGENT stands in no row, and the filter never shows one.
+  if (equalsNoCase(note_.name, "AGENT")) {
+    note_.callName = "X-AGENT";
+  } else {
+    note_.callName = cut(note_.name);
+  }
+  view_->put(note_.callName + ":");
+  view_->putPlain(text);
+  view_->put("\n");
+  notes_->add(note_);
+}
+
+void PropertyView::putUnderOtherName(std::string_view text) {
+  note_.callLabel = 0;
+  note_.callName = "X-" + std::string(known_->name);
+  view_->put(note_.callName + ":");
+  view_->putPlain(text);
+  view_->put("\n");
+  notes_->add(note_);
+}
+
+}  // namespace px

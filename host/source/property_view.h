@@ -1,0 +1,104 @@
+// One property on its way from the file to the view: its value decoded, its line written in the
+// form that the filter reads whole, its note taken.
+//
+// Some properties are no lines of the view as they are. Fields that the filter would cut, a value
+// that it would pass over (an AGENT that is no card) and empty ones that would take a place in the
+// summary are written under another name, which only the note tells. What the summary then lacks
+// is written once more in a line of its own, whose output in the listing is dropped.
+
+#ifndef PX_HOST_SOURCE_PROPERTY_VIEW_H
+#define PX_HOST_SOURCE_PROPERTY_VIEW_H
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/source/component_lines.h"
+#include "host/source/content_lines.h"
+#include "host/source/line_notes.h"
+#include "host/source/line_parameters.h"
+#include "host/source/text_decoder.h"
+#include "host/source/value_bytes.h"
+#include "host/source/view_text.h"
+
+namespace px {
+
+// What the input as a whole says to its properties.
+struct SourceFile {
+  bool unicode = false;  // a byte-order mark told the set: CHARSET holds for encoded values only
+  // Where a position of the input lies in the file; null: it lies nowhere there.
+  std::function<uint64_t(uint64_t position)> filePosition;
+  // The set of texts that name none and aren't UTF-8.
+  std::function<const std::string &()> guessedCharset;
+};
+
+class PropertyView {
+ public:
+  // Nothing given is owned. `source` is where the values are read.
+  PropertyView(ByteSource *source, ViewText *view, LineNotes *notes, const FaultSink *faults)
+      : source_(source), view_(view), notes_(notes), faults_(faults) {}
+
+  // Begins a section. `nameFromParts`: no line has a formatted name, so the summary's is made of
+  // the name's parts.
+  void beginSection(int16_t format, const VersionRules &rules, const SourceFile *file,
+                    bool nameFromParts, SectionNote *section);
+
+  // Reads the value of `line`, on whose first byte the source stands, and writes the property.
+  void add(const ContentLine &line);
+
+  // Whether the value of `line` is a card in escaped text. Then it is taken, and the card's text
+  // put at `text`.
+  bool takeAgentsCard(const ContentLine &line, SpoolFile *text);
+
+ private:
+  void fault(const std::string &text) const { (*faults_)(start_.line, text); }
+  void noteHead(const ContentLine &line);
+  std::string headText(std::string_view bytes);
+  std::optional<Extent> extentOf(uint64_t from, uint64_t end) const;
+
+  bool takeDataPrefix(const ContentLine &line);
+  void addObject(bool percents);
+
+  void addText(const ContentLine &line);
+  bool collect(ValueBytes *value);
+  void decodeBase64();
+  void beginDecoder(bool isUtf8);
+  void addWhole();
+  void addLong(const ContentLine &line, ValueBytes *value);
+  void addFields();
+
+  void putHead(bool encoded);
+  void endLine(uint64_t valueStart);
+  void putUnderOwnName(std::string_view text);
+  void putUnderOtherName(std::string_view text);
+  void putFields(const std::vector<std::string> &fields);
+  void putCutFields(std::vector<std::string> fields);
+  void putNameFromParts(const std::vector<std::string> &parts);
+
+  bool isIndexed() const;
+
+  ByteSource *source_;
+  ViewText *view_;
+  LineNotes *notes_;
+  const FaultSink *faults_;
+
+  int16_t format_ = 0;
+  VersionRules rules_;
+  const SourceFile *file_ = nullptr;
+  bool nameFromParts_ = false;
+  SectionNote *section_ = nullptr;
+
+  // Of the current line.
+  Place start_;
+  const KnownProperty *known_ = nullptr;
+  Transfer transfer_ = Transfer::Plain;
+  char separator_ = 0;
+  LineNote note_;
+  std::string raw_, decoded_, text_;
+  TextDecoder decoder_;
+};
+
+}  // namespace px
+
+#endif

@@ -1,0 +1,176 @@
+#include "host/source/text_decoder.h"
+
+#include <uchardet/uchardet.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+
+namespace px {
+namespace {
+
+constexpr char kFallback[] = "WINDOWS-1252";
+constexpr std::string_view kReplacement = "\uFFFD";
+
+// How many bytes the character has that begins with `byte`; 0 when none does.
+size_t sequenceLength(uint8_t byte) {
+  if (byte < 0x80) return 1;
+  if (byte < 0xC2) return 0;
+  if (byte < 0xE0) return 2;
+  if (byte < 0xF0) return 3;
+  return byte < 0xF5 ? 4 : 0;
+}
+
+// Whether `byte` can follow `first`: this keeps out overlong forms, surrogates and numbers above
+// U+10FFFF.
+bool canBeSecond(uint8_t first, uint8_t byte) {
+  const uint8_t low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+  const uint8_t high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+  return low <= byte && byte <= high;
+}
+
+// The length of the valid characters at the head of `bytes`. `*open`: what follows them reaches the
+// end of `bytes` and may be the beginning of one more.
+size_t validLength(std::string_view bytes, bool *open) {
+  size_t at = 0;
+  *open = false;
+  while (at < bytes.size()) {
+    // Eight bytes of ASCII at a step; a NUL among them is found by the slow way.
+    while (at + 8 <= bytes.size()) {
+      uint64_t word;
+      std::memcpy(&word, bytes.data() + at, 8);
+      constexpr uint64_t tops = 0x8080808080808080;
+      if (((word | (word - 0x0101010101010101)) & tops) != 0) break;
+      at += 8;
+    }
+    if (at == bytes.size()) break;
+    const auto first = static_cast<uint8_t>(bytes[at]);
+    const size_t length = first == 0 ? 0 : sequenceLength(first);
+    if (length == 0) return at;
+    for (size_t i = 1; i < length; ++i) {
+      if (at + i == bytes.size()) {
+        *open = true;
+        return at;
+      }
+      const auto byte = static_cast<uint8_t>(bytes[at + i]);
+      if (i == 1 ? !canBeSecond(first, byte) : (byte & 0xC0) != 0x80) return at;
+    }
+    at += length;
+  }
+  return at;
+}
+
+}  // namespace
+
+bool isUtf8(std::string_view bytes, size_t *open) {
+  bool cut;
+  const size_t valid = validLength(bytes, &cut);
+  *open = bytes.size() - valid;
+  return *open == 0 || cut;
+}
+
+bool TextDecoder::begin(const std::string &set) {
+  if (set != openedSet_ || !opened_) {
+    // A suffix such as //TRANSLIT is no part of a name.
+    if (set.empty() || set.find('/') != set.npos) return false;
+    const iconv_t converter = iconv_open("UTF-8", set.c_str());
+    if (converter == reinterpret_cast<iconv_t>(-1)) return false;
+    opened_.reset(converter);
+    openedSet_ = set;
+  }
+  converter_ = opened_.get();
+  iconv(converter_, nullptr, nullptr, nullptr, nullptr);
+  return true;
+}
+
+void TextDecoder::replace(std::string *utf8) {
+  *utf8 += kReplacement;
+  good_ = false;
+}
+
+void TextDecoder::put(std::string_view bytes, std::string *utf8) {
+  if (!held_.empty()) {
+    held_ += bytes;
+    const std::string joined = std::move(held_);
+    held_.clear();
+    return put(joined, utf8);
+  }
+  if (converter_) return convert(bytes, utf8);
+  while (!bytes.empty()) {
+    bool open;
+    const size_t valid = validLength(bytes, &open);
+    utf8->append(bytes, 0, valid);
+    bytes.remove_prefix(valid);
+    if (open) {
+      held_ = bytes;
+      return;
+    }
+    if (bytes.empty()) return;
+    replace(utf8);
+    bytes.remove_prefix(1);
+  }
+}
+
+void TextDecoder::convert(std::string_view bytes, std::string *utf8) {
+  char *in = const_cast<char *>(bytes.data());  // iconv doesn't write there
+  size_t left = bytes.size();
+  while (left > 0) {
+    char buffer[1024];
+    char *out = buffer;
+    size_t room = sizeof buffer;
+    const size_t result = iconv(converter_, &in, &left, &out, &room);
+    const int error = errno;
+    for (const char *c = buffer; c < out; ++c) {
+      if (*c == '\0') {
+        replace(utf8);
+      } else {
+        *utf8 += *c;
+      }
+    }
+    if (result != static_cast<size_t>(-1) || error == E2BIG) continue;
+    if (error == EINVAL) {
+      held_.assign(in, left);
+      return;
+    }
+    replace(utf8);
+    ++in;
+    --left;
+  }
+}
+
+bool TextDecoder::finish(std::string *utf8) {
+  if (!held_.empty()) replace(utf8);
+  held_.clear();
+  if (converter_) {
+    // Some sets hold a character back until they know that no mark for it follows.
+    char buffer[64];
+    char *out = buffer;
+    size_t room = sizeof buffer;
+    iconv(converter_, nullptr, nullptr, &out, &room);
+    utf8->append(buffer, out);
+  }
+  const bool good = good_;
+  good_ = true;
+  converter_ = nullptr;
+  return good;
+}
+
+void CharsetGuess::Delete::operator()(uchardet *detector) const { uchardet_delete(detector); }
+
+CharsetGuess::CharsetGuess() : detector_(uchardet_new()) {}
+
+void CharsetGuess::put(std::string_view bytes) {
+  if (detector_) uchardet_handle_data(detector_.get(), bytes.data(), bytes.size());
+}
+
+std::string CharsetGuess::finish() {
+  if (!detector_) return kFallback;
+  uchardet_data_end(detector_.get());
+  const std::string set = uchardet_get_charset(detector_.get());
+  // ISO 8859-1 has control characters where windows-1252 has letters; nobody means those.
+  const bool tellsNothing = set.empty() || set == "ASCII" || set == "UTF-8" || set == "ISO-8859-1";
+  if (tellsNothing || !TextDecoder().begin(set)) return kFallback;
+  return set;
+}
+
+}  // namespace px

@@ -1,0 +1,47 @@
+// Byte-order marks, and files in UTF-16 and UTF-32.
+
+#ifndef PX_HOST_SOURCE_UNICODE_INPUT_H
+#define PX_HOST_SOURCE_UNICODE_INPUT_H
+
+#include <cstdint>
+#include <vector>
+
+#include "host/io/spool_file.h"
+#include "host/source/component_lines.h"
+#include "px/vcard_io.h"
+
+namespace px {
+
+class UnicodeInput {
+ public:
+  // Looks at the first bytes of `file`, and brings a file in UTF-16 or UTF-32 into UTF-8. A file
+  // without a mark counts as such when its first letters say so. Throws as SourceView does.
+  UnicodeInput(VcardIo *file, const FaultSink &faults);
+
+  bool marked() const { return unit_ > 1 || start_ > 0; }
+  // The position of the first byte behind a mark, in io().
+  uint64_t start() const { return start_; }
+  // The text: the file itself, or what was made of it.
+  VcardIo *io() { return unit_ > 1 ? static_cast<VcardIo *>(&io_) : file_; }
+
+  // Where a position of the text lies in the file.
+  uint64_t filePosition(uint64_t position);
+
+ private:
+  void convert(bool bigEndian, const FaultSink &faults);
+
+  VcardIo *file_;
+  uint64_t unit_ = 1;   // bytes of a code unit
+  uint64_t mark_ = 0;   // bytes of the mark in the file
+  uint64_t start_ = 0;
+  SpoolFile text_;
+  SpoolIo io_;
+  // The file position at every so many bytes of text, and the last place that was asked for.
+  std::vector<uint64_t> index_;
+  uint64_t lastText_ = 0;
+  uint64_t lastFile_ = 0;
+};
+
+}  // namespace px
+
+#endif

@@ -1,0 +1,137 @@
+#include "host/source/value_bytes.h"
+
+#include <algorithm>
+
+namespace px {
+namespace {
+
+constexpr size_t kPiece = 1024;  // about as much is decoded at a time
+
+int hexDigit(int c) {
+  if ('0' <= c && c <= '9') return c - '0';
+  if ('A' <= c && c <= 'F') return c - 'A' + 10;
+  if ('a' <= c && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+bool isBase64(char c) {
+  return ('A' <= c && c <= 'Z') || ('a' <= c && c <= 'z') || ('0' <= c && c <= '9') || c == '+' ||
+         c == '/' || c == '=';
+}
+
+}  // namespace
+
+std::string_view ValueBytes::next() {
+  if (ended_) return {};
+  switch (transfer_) {
+    case Transfer::Plain: return nextPlain();
+    case Transfer::QuotedPrintable: return nextQuotedPrintable();
+    case Transfer::Base64: return nextBase64();
+  }
+  return {};
+}
+
+// Takes the line end that lies ready, or the end of the input. Answers whether the value goes on
+// behind a fold.
+bool ValueBytes::endLine() {
+  end_ = source_->place();
+  ended_ = source_->peek() < 0 || !takeFold(source_);
+  return !ended_;
+}
+
+std::string_view ValueBytes::nextPlain() {
+  for (;;) {
+    bool ended;
+    const std::string_view bytes = source_->readyInLine(&ended);
+    source_->skip(bytes.size());
+    if (!bytes.empty()) return bytes;
+    if (!endLine()) return {};
+    if (rule_ == FoldRule::KeepsBlank) return " ";
+  }
+}
+
+std::string_view ValueBytes::nextQuotedPrintable() {
+  decoded_.clear();
+  while (decoded_.size() < kPiece) {
+    bool ended;
+    std::string_view bytes = source_->readyInLine(&ended);
+    bytes = bytes.substr(0, std::min(bytes.find('='), kPiece));
+    decoded_ += bytes;
+    source_->skip(bytes.size());
+    const int c = source_->peek();
+    if (c == '=') {
+      source_->skip(1);
+      takeEscape();
+    } else if (c < 0 || c == '\r' || c == '\n') {
+      if (!endLine()) break;
+      if (rule_ == FoldRule::KeepsBlank) decoded_ += ' ';
+    }
+  }
+  return decoded_;
+}
+
+// What stands behind "=": two digits, or the line end of a soft break. Anything else is text.
+void ValueBytes::takeEscape() {
+  int c = source_->peek();
+  if (c == '\r' || c == '\n') {
+    // Some writers end their lines with two CRs and an LF.
+    while (source_->peek() == '\r') source_->takeLineEnd();
+    if (c == '\n') source_->takeLineEnd();
+    return;
+  }
+  const int high = hexDigit(c);
+  if (high < 0) {
+    decoded_ += '=';
+    return;
+  }
+  source_->skip(1);
+  const int low = hexDigit(source_->peek());
+  if (low < 0) {
+    decoded_ += '=';
+    decoded_ += static_cast<char>(c);
+    return;
+  }
+  source_->skip(1);
+  const char byte = static_cast<char>(high << 4 | low);
+  if (protect_ && byte == ';') decoded_ += '\\';
+  decoded_ += byte;
+}
+
+std::string_view ValueBytes::nextBase64() {
+  for (;;) {
+    bool ended;
+    std::string_view bytes = source_->readyInLine(&ended);
+    const size_t blank = bytes.find_first_of(" \t");
+    if (blank == 0) {
+      source_->skip(1);
+      continue;
+    }
+    bytes = bytes.substr(0, blank);
+    source_->skip(bytes.size());
+    if (!bytes.empty()) {
+      padded_ = padded_ || bytes.find('=') != bytes.npos;
+      return bytes;
+    }
+    if (!endLine() && !goesOnInBase64()) return {};
+  }
+}
+
+// Whether the line at which the source stands holds nothing but Base64 digits, so that it belongs
+// to the value.
+bool ValueBytes::goesOnInBase64() {
+  if (padded_) return false;
+  const Place start = source_->place();
+  bool ended = false;
+  bool digits = false;
+  do {
+    const std::string_view bytes = source_->readyInLine(&ended);
+    if (bytes.empty()) break;
+    digits = std::all_of(bytes.begin(), bytes.end(), isBase64);
+    source_->skip(bytes.size());
+  } while (digits && !ended);
+  source_->moveTo(start);
+  ended_ = !digits;
+  return digits;
+}
+
+}  // namespace px

@@ -1,0 +1,56 @@
+#include "host/source/value_text.h"
+
+namespace px {
+
+void ValueText::put(std::string_view utf8, std::string *text) {
+  while (!utf8.empty()) {
+    size_t plain = 0;
+    if (!backslash_ && !carriageReturn_) {
+      const char separator = separator_ != 0 ? separator_ : '\r';
+      while (plain < utf8.size() && utf8[plain] != '\\' && utf8[plain] != '\r' &&
+             utf8[plain] != separator && utf8[plain] != FieldDivider) {
+        ++plain;
+      }
+      text->append(utf8, 0, plain);
+      if (plain == utf8.size()) return;
+    }
+    putOne(utf8[plain], text);
+    utf8.remove_prefix(plain + 1);
+  }
+}
+
+void ValueText::putOne(char c, std::string *text) {
+  if (backslash_) {
+    backslash_ = false;
+    if (escapes_ && (c == 'n' || c == 'N')) {
+      *text += '\n';
+      return;
+    }
+    const bool known = escapes_ ? c == ',' || c == ';' || c == '\\' : c == ';' && separator_ != 0;
+    if (known) {
+      *text += c;
+      return;
+    }
+    *text += '\\';
+  }
+  const bool behindReturn = carriageReturn_;
+  carriageReturn_ = c == '\r';
+  if (c == '\\') {
+    backslash_ = true;
+  } else if (c == '\r') {
+    *text += '\n';
+  } else if (separator_ != 0 && c == separator_) {
+    *text += FieldDivider;
+  } else if (separator_ != 0 && c == FieldDivider) {
+    *text += "\uFFFD";
+  } else if (c != '\n' || !behindReturn) {
+    *text += c;
+  }
+}
+
+void ValueText::finish(std::string *text) {
+  if (backslash_) *text += '\\';
+  backslash_ = carriageReturn_ = false;
+}
+
+}  // namespace px
