@@ -17,14 +17,14 @@ need_packages() {
   "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# Configures and builds a preset, and says so where there is something to build; prints the build's
-# output only when it fails.
+# Configures and builds a preset, and says so where sources have changed since the last time; prints
+# the build's output only when it fails.
 build_preset() {
-  local preset=$1 log
+  local preset=$1 log last=build/$1/.ninja_log
   shift
   log=$(mktemp)
-  if [ ! -e "build/$preset/build.ninja" ] || ! cmake --build --preset "$preset" -- -n 2>&1 |
-    grep -q 'no work to do'; then
+  if [ ! -e "$last" ] ||
+    [ -n "$(find CMakeLists.txt core util vcrd host include -newer "$last" -print -quit)" ]; then
     echo "building $preset" >&2
   fi
   if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
