@@ -3,39 +3,21 @@
 #ifndef PX_HOST_CONTENT_TYPE_H
 #define PX_HOST_CONTENT_TYPE_H
 
-#include <cstddef>
-#include <memory>
-#include <string>
 #include <string_view>
-#include <vector>
-
-struct magic_set;
 
 namespace px {
 
 struct ContentType {
-  std::string mime;  // "application/octet-stream" when nothing fits
-  // The kind's usual extensions with their dots, the best one first. Never empty.
-  std::vector<std::string> extensions;
+  std::string_view mime;  // "application/octet-stream" when nothing fits
+  // The kind's usual extensions with their dots and blanks between, the best one first.
+  std::string_view extensions;
   // The bytes say little: any extension may be right, as for plain text.
-  bool vague = false;
+  bool vague;
 };
 
-// Not to be shared by threads.
-class ContentTypeGuesser {
- public:
-  // Without the system's data base of file types every content is "application/octet-stream".
-  ContentTypeGuesser();
-
-  // `bytes` is the start of the content: some kilobytes do.
-  ContentType guess(const void *bytes, size_t size) const;
-
- private:
-  struct Close {
-    void operator()(magic_set *cookie) const;
-  };
-  std::unique_ptr<magic_set, Close> cookie_;
-};
+// Knows the kinds that people put into cards. `start` is the start of the content, of which a few
+// kilobytes are looked at, whatever stands there.
+ContentType guessContentType(std::string_view start);
 
 }  // namespace px
 

@@ -10,25 +10,27 @@
 
 namespace px {
 
-// Positions of the filter have 32 bits, and past 2 GiB it reads a file wrongly, so a read there
-// fails. In bytes.
-constexpr uint64_t LargestInput = INT32_MAX;
+// Behind as many bytes the filter ends the input, so a read there fails.
+constexpr uint64_t LargestInput = UINT32_MAX;
 
 // Reads at positions, so the descriptor's own position plays no part. The file must be seekable:
 // see spoolInput for one that isn't. Belongs to who made it; slot Close does nothing.
 class FileIo final : public PositionedIo<FileIo> {
  public:
-  explicit FileIo(FileDescriptor file) : file_(std::move(file)) {}
+  explicit FileIo(FileDescriptor file);
 
-  // The errno of the first read that failed, or 0. EFBIG when the file is larger than LargestInput.
-  // The filter takes a failure for the end of the input, so a program looks here after the run.
-  int error() const { return error_; }
+  // Throws std::runtime_error, whose text is for a person, when a read has failed: also when the
+  // file is larger than LargestInput, or has become shorter than it was in the beginning. The
+  // filter takes a failure for the end of the input, so a program asks here after the run.
+  void check() const;
 
   int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count);
 
  private:
   FileDescriptor file_;
-  int error_ = 0;
+  uint64_t size_ = 0;  // in the beginning; 0 where the file has none
+  int error_ = 0;      // errno of the first read that failed
+  bool cutShort_ = false;
 };
 
 }  // namespace px

@@ -1,5 +1,6 @@
 #include "host/file_writer.h"
 
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -24,6 +25,11 @@ void FileWriter::flush() {
   while (!rest.empty()) {
     const ssize_t written = ::write(file_, rest.data(), rest.size());
     if (written < 0 && errno == EINTR) continue;
+    if (written < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+      pollfd ready = {file_, POLLOUT, 0};
+      poll(&ready, 1, -1);  // whatever it answers, the write tells what is the matter
+      continue;
+    }
     if (written < 0) throw WriteError(errno, std::generic_category());
     rest.remove_prefix(static_cast<size_t>(written));
   }

@@ -1,4 +1,5 @@
-// Buffered writing to an open file, in which no failure goes unseen.
+// Buffered writing to an open file, in which no failure goes unseen. A file that doesn't block is
+// waited for.
 
 #ifndef PX_HOST_FILE_WRITER_H
 #define PX_HOST_FILE_WRITER_H

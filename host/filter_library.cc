@@ -20,7 +20,7 @@ std::string libraryPath() {
   std::error_code none;
   const fs::path program = fs::read_symlink("/proc/self/exe", none);
   const fs::path beside = program.parent_path().parent_path() / "lib" / name;
-  return fs::exists(beside, none) ? beside.string() : name;
+  return beside.is_absolute() && fs::exists(beside, none) ? beside.string() : name;
 }
 
 FilterLibrary load() {

@@ -4,15 +4,17 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
+#include <sstream>
 #include <stdexcept>
 
 #include "host/base64_io.h"
+#include "host/content_type.h"
 #include "host/label_texts.h"
 
 namespace px {
 namespace {
 
-// Enough for the guess at the type.
 constexpr size_t kBufferSize = 65536;
 constexpr uint32_t kBase64 = 2;
 
@@ -20,21 +22,6 @@ struct CloseIo {
   void operator()(VcardIo *io) const { io->Close(io); }
 };
 using OpenIo = std::unique_ptr<VcardIo, CloseIo>;
-
-// Fills the buffer from the object as far as there are bytes; answers their number.
-size_t readFull(VcardIo *io, std::vector<char> *buffer) {
-  size_t filled = 0;
-  while (filled < buffer->size()) {
-    uint32_t count = 0;
-    const auto room = static_cast<uint32_t>(buffer->size() - filled);
-    if (io->Read(io, buffer->data() + filled, room, &count) != 0) {
-      throw std::runtime_error("an embedded object can't be read");
-    }
-    if (count == 0) break;
-    filled += count;
-  }
-  return filled;
-}
 
 // A title's extension, with its dot; empty when it has none. Some letters and digits, so that it
 // is safe in a file name as it stands.
@@ -53,10 +40,13 @@ std::string_view extensionOf(std::string_view title) {
 std::string chooseExtension(std::string_view title, const ContentType &type) {
   const std::string own(extensionOf(title));
   if (type.vague && !own.empty()) return own;
-  for (const std::string &usual : type.extensions) {
+  std::istringstream list{std::string(type.extensions)};
+  std::string best, usual;
+  while (list >> usual) {
     if (strcasecmp(usual.c_str(), own.c_str()) == 0) return own;
+    if (best.empty()) best = usual;
   }
-  return type.extensions.front();
+  return best;
 }
 
 // The label as the middle of a file name: "Sound alarm" gives "sound-alarm".
@@ -71,38 +61,52 @@ std::string labelAsName(uint32_t label) {
 
 }  // namespace
 
-ObjectExtraction::ObjectExtraction(const FilterLibrary &filter, std::string directory,
-                                   Report report)
-    : filter_(filter), path_(std::move(directory)), report_(std::move(report)) {}
+ObjectExtraction::ObjectExtraction(const FilterLibrary &filter, SaveDirectory *directory,
+                                   CheckInput checkInput, Report report)
+    : filter_(filter),
+      directory_(*directory),
+      checkInput_(std::move(checkInput)),
+      report_(std::move(report)) {}
+
+// Fills the buffer from the object as far as there are bytes; answers their number.
+size_t ObjectExtraction::readFull(VcardIo *io) {
+  size_t filled = 0;
+  while (filled < buffer_.size()) {
+    uint32_t count = 0;
+    const auto room = static_cast<uint32_t>(buffer_.size() - filled);
+    const int32_t result = io->Read(io, buffer_.data() + filled, room, &count);
+    checkInput_();
+    if (result != 0) throw std::runtime_error("an embedded object can't be read");
+    if (count == 0) break;
+    filled += count;
+  }
+  return filled;
+}
 
 void ObjectExtraction::save(std::string_view title) {
-  if (!directory_) directory_.emplace(path_);
+  checkInput_();
   if (buffer_.empty()) buffer_.resize(kBufferSize);
 
   VcardIo *opened = nullptr;
-  if (filter_.doSpecial(stream_, start_, &opened, length_, 0, kBase64) != 0) {
-    throw std::runtime_error("an embedded object can't be opened");
-  }
+  // The ranges that the filter gives are never empty, so what fails is memory.
+  if (filter_.doSpecial(stream_, start_, &opened, length_, 0, kBase64) != 0) throw std::bad_alloc();
   const OpenIo object(opened);
 
   SavedObject saved;
-  directory_->begin();
-  size_t count = readFull(object.get(), &buffer_);
-  const ContentType type = guesser_.guess(buffer_.data(), count);
+  directory_.begin();
+  size_t count = readFull(object.get());
+  const ContentType type = guessContentType({buffer_.data(), count});
   while (count > 0) {
-    directory_->write(buffer_.data(), count);
+    directory_.write(buffer_.data(), count);
     saved.size += count;
-    count = readFull(object.get(), &buffer_);
+    count = readFull(object.get());
   }
 
   const std::string extension = chooseExtension(title, type);
-  std::string name = safeFileName(title, extension);
-  const uint32_t number = ++count_[label_];
-  if (name.empty()) {
-    name = std::to_string(section_) + "-" + labelAsName(label_) + "-" + std::to_string(number) +
-           extension;
-  }
-  saved.name = directory_->commit(name, extension);
+  const std::string neutral = std::to_string(section_) + "-" + labelAsName(label_) + "-" +
+                              std::to_string(++count_[label_]) + extension;
+  saved.name = directory_.commit(safeFileName(title, extension), neutral, extension);
+  saved.card = section_;
   saved.type = type.mime;
   saved.damaged = badBase64Byte(object.get()).found;
   report_(saved);

@@ -3,7 +3,7 @@
 // Each object is opened, read and saved in the moment in which the filter places it, so memory
 // doesn't grow with their number. Use:
 //
-//     ObjectExtraction extraction(filter, directory, report);
+//     ObjectExtraction extraction(filter, &directory, checkInput, report);
 //     CardRun run(filter, io, &extraction);
 //     if (run.open(formatId) != VcardOpenGood) ...
 //     extraction.attach(run.stream());
@@ -20,14 +20,12 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/character_sets.h"
-#include "host/content_type.h"
 #include "host/filter_library.h"
 #include "host/output.h"
 #include "host/save_directory.h"
@@ -37,6 +35,7 @@ namespace px {
 // A file that was saved.
 struct SavedObject {
   std::string name;      // in the directory; UTF-8 without control characters
+  uint32_t card = 0;     // in which card of the file it stands, counted from 1
   std::string type;      // MIME type of the content
   uint64_t size = 0;     // in bytes
   bool damaged = false;  // a byte that is no Base64 ended the data early
@@ -46,10 +45,13 @@ struct SavedObject {
 // saved before it stay.
 class ObjectExtraction : public Output {
  public:
+  using CheckInput = std::function<void()>;
   using Report = std::function<void(const SavedObject &)>;
 
-  // `filter` isn't owned. `directory` is made when the first object is saved, if it isn't there.
-  ObjectExtraction(const FilterLibrary &filter, std::string directory, Report report);
+  // `filter` and `directory` aren't owned. `checkInput` throws when the input has failed so far:
+  // the filter takes a failure for the end of the input, and an object that ends there isn't saved.
+  ObjectExtraction(const FilterLibrary &filter, SaveDirectory *directory, CheckInput checkInput,
+                   Report report);
 
   // Tells the stream of the run, before the run reads.
   void attach(VcardStream *stream) { stream_ = stream; }
@@ -65,12 +67,12 @@ class ObjectExtraction : public Output {
 
  private:
   void save(std::string_view title);
+  size_t readFull(VcardIo *io);
 
   const FilterLibrary &filter_;
-  const std::string path_;
+  SaveDirectory &directory_;
+  const CheckInput checkInput_;
   const Report report_;
-  std::optional<SaveDirectory> directory_;
-  ContentTypeGuesser guesser_;
   VcardStream *stream_ = nullptr;
   std::vector<char> buffer_;
 

@@ -19,6 +19,7 @@
 #include "host/file_writer.h"
 #include "host/filter_library.h"
 #include "host/object_extraction.h"
+#include "host/save_directory.h"
 #include "host/sniffer.h"
 #include "host/spool.h"
 #include "host/text_writer.h"
@@ -30,6 +31,9 @@ namespace {
 enum ExitCode { ExitGood = 0, ExitFailed = 1, ExitUsage = 2 };
 
 constexpr const char *Footer =
+    "A line for each object that is saved: its name in DIR, type, size in bytes, file and card,\n"
+    "with tabs between.\n"
+    "\n"
     "Exit codes:\n"
     "  0  all went well\n"
     "  1  a file could not be read, is no card, or holds damaged objects; an object could not be\n"
@@ -42,20 +46,27 @@ struct Options {
   std::vector<std::string> files;
 };
 
-// File names come from anywhere, so they are shown without what would drive the terminal.
-std::string displayName(const std::string &file) {
-  if (file == "-") return "standard input";
+// Arguments come from anywhere, so they are shown without what would drive the terminal.
+std::string printable(const std::string &argument) {
   CharacterDecoder decoder;
-  std::string decoded, name;
-  for (const char c : file) decoder.put(static_cast<unsigned char>(c), &decoded);
+  std::string decoded, shown;
+  for (const char c : argument) decoder.put(static_cast<unsigned char>(c), &decoded);
   decoder.finish(&decoded);
-  appendPrintable(decoded, &name);
-  return name;
+  appendPrintable(decoded, &shown);
+  return shown;
 }
 
-void complain(const std::string &subject, const std::string &reason) {
-  std::fprintf(stderr, "pxcard: %s: %s\n", subject.c_str(), reason.c_str());
+std::string displayName(const std::string &file) {
+  return file == "-" ? "standard input" : printable(file);
 }
+
+void complain(const std::string &text) {
+  std::fprintf(stderr, "pxcard: %s\n", printable(text).c_str());
+}
+
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
 
 [[noreturn]] void fail(int error) { throw std::system_error(error, std::generic_category()); }
 
@@ -70,7 +81,7 @@ FileDescriptor openInput(const std::string &file) {
 class Program {
  public:
   Program(const FilterLibrary &filter, const Options &options, FileWriter *out)
-      : filter_(filter), options_(options), out_(*out) {}
+      : filter_(filter), options_(options), directory_(options.directory), out_(*out) {}
 
   // Goes through all files. Throws WriteError when standard output can't be written.
   ExitCode run() {
@@ -78,8 +89,7 @@ class Program {
       try {
         FileIo io(openInput(file));
         runFile(file, &io);
-        // A failure has looked like the end of the file to the filter.
-        if (io.error() != 0) fail(io.error());
+        io.check();  // a failure has looked like the end of the file to the filter
       } catch (const WriteError &) {
         throw;
       } catch (const std::bad_alloc &) {
@@ -95,13 +105,19 @@ class Program {
  private:
   void report(const std::string &file, const std::string &reason) {
     out_.flush();  // on a terminal, what was shown stands above its error
-    complain(displayName(file), reason);
+    complain(displayName(file) + ": " + reason);
     code_ = ExitFailed;
+  }
+
+  // Divides what is shown of several files.
+  void writeTitle(const std::string &file) {
+    if (options_.files.size() == 1) return;
+    out_.write((shown_++ > 0 ? "\n== " : "== ") + displayName(file) + " ==\n\n");
   }
 
   void runFile(const std::string &file, FileIo *io) {
     if (!options_.directory.empty()) return extract(file, io);
-    if (options_.format == "trace") return trace(io);
+    if (options_.format == "trace") return trace(file, io);
     text(file, io);
   }
 
@@ -109,43 +125,52 @@ class Program {
     TextWriter writer([this](std::string_view text) { out_.write(text); });
     CardRun run(filter_, io, &writer);
     open(&run, io);
-    if (options_.files.size() > 1) {
-      out_.write((shown_++ > 0 ? "\n== " : "== ") + displayName(file) + " ==\n\n");
-    }
+    writeTitle(file);
     run.readAll();
     writer.finish();
   }
 
-  void trace(FileIo *io) {
+  void trace(const std::string &file, FileIo *io) {
     TraceWriter writer([this](std::string_view line) {
       out_.write(line);
       out_.write("\n");
     });
     CardRun run(filter_, io, &writer);
     open(&run, io);
+    writeTitle(file);
     run.readAll();
   }
 
   void extract(const std::string &file, FileIo *io) {
-    ObjectExtraction extraction(filter_, options_.directory, [&](const SavedObject &saved) {
-      out_.write(saved.name + '\t' + saved.type + '\t' + std::to_string(saved.size) + '\n');
+    bool any = false;
+    const auto announce = [&](const SavedObject &saved) {
+      any = true;
+      out_.write(saved.name + '\t' + saved.type + '\t' + std::to_string(saved.size) + '\t' +
+                 displayName(file) + '\t' + std::to_string(saved.card) + '\n');
       if (saved.damaged) report(file, saved.name + ": cut off at a byte that is no Base64");
-    });
+    };
+    ObjectExtraction extraction(
+        filter_, &directory_, [io] { io->check(); }, announce);
     CardRun run(filter_, io, &extraction);
     open(&run, io);
     extraction.attach(run.stream());
     run.readAll();
+    io->check();
+    if (any) return;
+    out_.flush();
+    complain(displayName(file) + ": no embedded objects");
   }
 
   static void open(CardRun *run, FileIo *io) {
     const int32_t answer = run->open(sniffFormat(io));
-    if (io->error() != 0) fail(io->error());
+    io->check();
     if (answer == CardRun::OutOfMemory) throw std::bad_alloc();
     if (answer != VcardOpenGood) throw std::runtime_error("not a vCard or vCalendar file");
   }
 
   const FilterLibrary &filter_;
   const Options &options_;
+  SaveDirectory directory_;
   FileWriter &out_;
   ExitCode code_ = ExitGood;
   uint32_t shown_ = 0;
@@ -160,19 +185,22 @@ void occupyStandardDescriptors() {
   }
 }
 
-int run(int argc, char **argv, FileWriter *out) {
-  Options options;
+// Answers false when the arguments ask for the help or the version, with the text written. Throws
+// UsageError. What the option library would say of wrong arguments is for programmers, so it is
+// left only what it can't get wrong.
+bool parse(int argc, char **argv, Options *options, FileWriter *out) {
   CLI::App app("Shows vCard and vCalendar files.", "pxcard");
   app.footer(Footer);
+  app.allow_extras();
   auto *format =
-      app.add_option("--format", options.format, "What to show: text (the default) or trace")
-          ->check(CLI::IsMember({"text", "trace"}))
+      app.add_option("--format", options->format, "What to show: text (the default) or trace")
+          ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
           ->option_text("FORMAT");
-  app.add_option("--extract", options.directory, "Save the embedded objects in DIR instead")
-      ->check([](const std::string &name) { return name.empty() ? "empty name" : std::string(); })
-      ->excludes(format)
-      ->option_text("DIR");
-  app.add_option("FILE", options.files, "Files to read, - for standard input")
+  auto *extract =
+      app.add_option("--extract", options->directory, "Save the embedded objects in DIR instead")
+          ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+          ->option_text("DIR");
+  app.add_option("FILE", options->files, "Files to read, - for standard input")
       ->required()
       ->option_text("...");
   app.set_version_flag("--version", std::string(), "Show the versions and exit");
@@ -183,31 +211,48 @@ int run(int argc, char **argv, FileWriter *out) {
     // CLI11 would take a name in brackets for a list of names. Undone below.
     if (arguments.back().starts_with('[')) arguments.back().insert(0, "./");
   }
-  bool versionWanted = false;
   try {
     app.parse(std::move(arguments));
   } catch (const CLI::CallForHelp &) {
     out->write(app.help());
-    out->flush();
-    return ExitGood;
+    return false;
   } catch (const CLI::CallForVersion &) {
-    versionWanted = true;
-  } catch (const CLI::ParseError &error) {
-    std::fprintf(stderr, "pxcard: %s\nSee pxcard --help.\n", error.what());
-    return ExitUsage;
+    out->write(std::string("pxcard " PX_VERSION " (libpx_vcrd ") + filterLibrary().version + ")\n");
+    return false;
+  } catch (const CLI::ArgumentMismatch &error) {
+    const std::string text = error.what();  // the option's name and a colon come first
+    throw UsageError(text.substr(0, text.find(':')) + " needs a value");
+  } catch (const CLI::RequiredError &) {
+    throw UsageError("no file is given");
+  } catch (const CLI::ParseError &) {
+    throw UsageError("the arguments make no sense");
   }
+  const auto undo = [](std::string *argument) {
+    if (argument->starts_with("./[")) argument->erase(0, 2);
+  };
+  undo(&options->format);
+  undo(&options->directory);
+  for (std::string &file : options->files) undo(&file);
 
-  for (std::string &file : options.files) {
-    if (file.starts_with("./[")) file.erase(0, 2);
+  const bool extracts = extract->count() > 0;
+  for (const std::string &extra : app.remaining()) {
+    if (extra != "--") throw UsageError("unknown option " + extra);
   }
+  if (extracts && format->count() > 0)
+    throw UsageError("--format and --extract exclude each other");
+  if (extracts && options->directory.empty()) throw UsageError("--extract needs a folder");
+  if (options->format != "text" && options->format != "trace") {
+    throw UsageError("unknown format " + options->format);
+  }
+  return true;
+}
 
-  const FilterLibrary &filter = filterLibrary();
-  if (versionWanted) {
-    out->write(std::string("pxcard " PX_VERSION " (libpx_vcrd ") + filter.version + ")\n");
-    out->flush();
-    return ExitGood;
-  }
-  return Program(filter, options, out).run();
+int run(int argc, char **argv) {
+  FileWriter out(STDOUT_FILENO);
+  Options options;
+  if (parse(argc, argv, &options, &out)) return Program(filterLibrary(), options, &out).run();
+  out.flush();
+  return ExitGood;
 }
 
 }  // namespace
@@ -215,15 +260,22 @@ int run(int argc, char **argv, FileWriter *out) {
 
 int main(int argc, char **argv) {
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is an error like a full disk
   px::occupyStandardDescriptors();
-  px::FileWriter out(STDOUT_FILENO);
   try {
-    return px::run(argc, argv, &out);
+    return px::run(argc, argv);
+  } catch (const px::UsageError &error) {
+    px::complain(error.what());
+    std::fputs("See pxcard --help.\n", stderr);
+    return px::ExitUsage;
   } catch (const px::WriteError &error) {
     // A reader that has seen enough, such as head, is no news.
-    if (error.code().value() != EPIPE) px::complain("standard output", error.what());
+    if (error.code().value() != EPIPE)
+      px::complain(std::string("standard output: ") + error.what());
+  } catch (const std::bad_alloc &) {
+    std::fputs("pxcard: out of memory\n", stderr);
   } catch (const std::exception &error) {
-    std::fprintf(stderr, "pxcard: %s\n", error.what());
+    px::complain(error.what());
   }
   return px::ExitFailed;
 }

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <functional>
 #include <system_error>
 #include <utility>
 
@@ -35,13 +36,21 @@ void cut(std::string *utf8, size_t size) {
   utf8->resize(size);
 }
 
-// `number` 1 stands for the plain name.
-std::string numbered(const std::string &name, std::string_view extension, uint64_t number) {
-  if (number == 1) return name;
+std::string numbered(std::string name, std::string_view extension, uint32_t number) {
   const std::string tail = "-" + std::to_string(number) + std::string(extension);
-  std::string result = name.substr(0, name.size() - extension.size());
-  cut(&result, kMaxName - tail.size());
-  return result + tail;
+  name.resize(name.size() - extension.size());
+  cut(&name, kMaxName - tail.size());
+  return name + tail;
+}
+
+// The number tried last for a name is kept in a table by the name's hash, so that equal names cost
+// no quadratic time and very many different ones no memory. Names that share an entry leave gaps in
+// each other's numbers. Names that are alike up to where they are cut share one always.
+constexpr size_t kNumbers = 1 << 16;
+
+size_t numberIndex(std::string name) {
+  cut(&name, kMaxName / 2);
+  return std::hash<std::string>()(name) % kNumbers;
 }
 
 }  // namespace
@@ -60,11 +69,9 @@ std::string safeFileName(std::string_view text, std::string_view extension) {
   return name.empty() ? name : name.append(extension);
 }
 
-SaveDirectory::SaveDirectory(const std::string &path)
-    : path_(path), directory_(openDirectory(path)) {}
-
 void SaveDirectory::begin() {
   abandon();
+  if (!directory_.isOpen()) directory_ = openDirectory(path_);
   std::string name;
   uint32_t attempt = 0;
   do {
@@ -87,37 +94,50 @@ void SaveDirectory::write(const void *bytes, size_t size) {
   }
 }
 
-std::string SaveDirectory::commit(const std::string &name, std::string_view extension) {
+std::string SaveDirectory::commit(const std::string &name, const std::string &neutral,
+                                  std::string_view extension) {
   // Some file systems report a full disk no earlier than this.
   if (close(std::exchange(file_, -1)) != 0) fail(errno, path_);
 
-  // Numbers go up one by one as long as a person may count, and then in leaps, so that a file with
-  // very many equal titles costs no quadratic time.
-  uint64_t number = 1;
   std::string taken = name;
-  while (!rename(taken)) {
-    number += number < 100 ? 1 : number / 8;
-    taken = numbered(name, extension, number);
+  // Which characters, lengths and words a file system refuses, and how, is its own affair.
+  if (name.empty() || place(&taken, extension) != 0) {
+    taken = neutral;
+    if (const int error = place(&taken, extension)) fail(error, path_ + "/" + neutral);
   }
   temporary_.clear();
   return taken;
 }
 
-// Answers false when the name is taken.
-bool SaveDirectory::rename(const std::string &name) {
+// Gives the file the name, with a number where it is taken. Answers 0, or the errno of a refusal.
+int SaveDirectory::place(std::string *name, std::string_view extension) {
+  int error = rename(*name);
+  if (error != EEXIST) return error;
+  if (lastNumber_.empty()) lastNumber_.resize(kNumbers, 1);
+  uint32_t &number = lastNumber_[numberIndex(*name)];
+  std::string taken;
+  do {
+    taken = numbered(*name, extension, ++number);
+    error = rename(taken);
+  } while (error == EEXIST && number < UINT32_MAX);
+  *name = taken;
+  return error;
+}
+
+// Answers 0, EEXIST when the name is taken, or the errno of another failure.
+int SaveDirectory::rename(const std::string &name) {
   const int directory = directory_.number();
   if (renameat2(directory, temporary_.c_str(), directory, name.c_str(), RENAME_NOREPLACE) == 0) {
-    return true;
+    return 0;
   }
   // Some file systems have no such rename; a link doesn't overwrite either.
   if (errno == EINVAL || errno == ENOSYS) {
     if (linkat(directory, temporary_.c_str(), directory, name.c_str(), 0) == 0) {
       unlinkat(directory, temporary_.c_str(), 0);
-      return true;
+      return 0;
     }
   }
-  if (errno != EEXIST) fail(errno, path_ + "/" + name);
-  return false;
+  return errno;
 }
 
 void SaveDirectory::abandon() {

@@ -1,6 +1,6 @@
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
-build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libmagic-dev"
+build_packages="g++ cmake ninja-build libcli11-dev nettle-dev"
 test_packages="libgtest-dev libbenchmark-dev"
 
 need_packages() {
@@ -17,11 +17,16 @@ need_packages() {
   "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# Configures and builds a preset; prints the build's output only when it fails.
+# Configures and builds a preset, and says so where sources have changed since the last time; prints
+# the build's output only when it fails.
 build_preset() {
-  local preset=$1 log
+  local preset=$1 log last=build/$1/.ninja_log
   shift
   log=$(mktemp)
+  if [ ! -e "$last" ] ||
+    [ -n "$(find CMakeLists.txt core util vcrd host include -newer "$last" -print -quit)" ]; then
+    echo "building $preset" >&2
+  fi
   if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"

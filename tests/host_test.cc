@@ -1,11 +1,20 @@
 // The parts of the reference host, each alone.
 
+#include <fcntl.h>
 #include <sys/mman.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <thread>
 
 #include "host/base64_io.h"
 #include "host/character_sets.h"
+#include "host/content_type.h"
 #include "host/file_io.h"
+#include "host/file_writer.h"
 #include "host/label_texts.h"
+#include "host/object_extraction.h"
 #include "host/range_io.h"
 #include "host/save_directory.h"
 #include "host/sniffer.h"
@@ -167,20 +176,229 @@ TEST(Host, FileNames) {
   for (const auto &c : cases) EXPECT_EQ(safeFileName(c.text, c.extension), c.name) << c.text;
 }
 
-// A read past the largest input is a failure that a program can see.
-TEST(Host, LargestFile) {
-  for (const bool larger : {false, true}) {
+TEST(Host, ContentTypes) {
+  const std::string unknown = "application/octet-stream", keys = "application/pgp-keys";
+  const std::string nul(1, '\0');
+  const std::pair<std::string, std::string> cases[] = {
+      {"\xFF\xD8\xFF\xE0", "image/jpeg"},
+      {"\x89PNG\r\n\x1A\n", "image/png"},
+      {"GIF89a", "image/gif"},
+      {"BM1234\0\0\0\0"s, "image/bmp"},
+      {"BM1234 text", "text/plain"},
+      {"II*\0"s, "image/tiff"},
+      {"RIFF1234WEBP", "image/webp"},
+      {"RIFF1234WAVE", "audio/x-wav"},
+      {"RIFF1234", "text/plain"},
+      {"\0\0\1\0\1\0\x10\x10\0\0"s, "image/x-icon"},
+      {"\0\0\0\x18"
+       "ftypheic"s,
+       "image/heic"},
+      {"\0\0\0\x18"
+       "ftypavif"s,
+       "image/avif"},
+      {"\0\0\0\x18"
+       "ftypM4A "s,
+       "audio/mp4"},
+      {"\0\0\0\x18"
+       "ftypisom"s,
+       "video/mp4"},
+      {"ID3\3"s, "audio/mpeg"},
+      {"\xFF\xFB\x90\x64", "audio/mpeg"},
+      {"\xFF\xFB\xF0\x80", unknown},
+      {"OggS", "audio/ogg"},
+      {".snd", "audio/basic"},
+      {"FORM1234AIFF", "audio/x-aiff"},
+      {"fLaC", "audio/flac"},
+      {"%PDF-1.4", "application/pdf"},
+      {"PK\3\4", "application/zip"},
+      {"\x1F\x8B\x08", "application/gzip"},
+      {"{\\rtf1", "text/rtf"},
+      {"-----BEGIN PGP PUBLIC KEY BLOCK-----", keys},
+      {"\x98\x33\4"
+       "1234\x16"
+       "12345678",
+       keys},  // an old packet, version 4
+      {"\x99\1\0\3"
+       "123412\1"
+       "12345678"s,
+       keys},  // version 3, longer
+      {"\xC6\xC0\1\4"
+       "1234\x16"
+       "12345678",
+       keys},  // a new packet
+      {"\x98\x33\4"
+       "1234\x1F"
+       "12345678",
+       unknown},  // no such algorithm
+      {"\x90\x33\4"
+       "1234\x16"
+       "12345678",
+       unknown},  // no key
+      {"\x98\x33\4", unknown},
+      {"\x30\x82\2\0\x30\x82\1\0"s, "application/pkix-cert"},
+      {"\x30\x82\2\0\2\1\0\2"s, unknown},
+      {"-----BEGIN CERTIFICATE-----", "application/x-pem-file"},
+      {"\xEF\xBB\xBF\r\n Begin:VCard\r\n", "text/vcard"},
+      {"BEGIN:VCALENDAR", "text/calendar"},
+      {"<!DOCTYPE HTML>", "text/html"},
+      {"<svg xmlns", "image/svg+xml"},
+      {"<?xml version='1.0'?>\n<svg>", "image/svg+xml"},
+      {"<?xml version='1.0'?>\n<a>", "text/xml"},
+      {"\xFF\xFE"
+       "a\0"s,
+       "text/plain"},
+      {"na\xC3\xAFve \xE2\x80\x9C", "text/plain"},
+      {"na\xEFve", "text/plain"},
+      {"na\xEFve \x93", unknown},
+      {std::string(9000, '\n'), "text/plain"},
+      {std::string(4095, 'a') + "\xE2\x80\x9C" + nul, "text/plain"},  // cut between two bytes
+      {"a" + nul, unknown},
+      {"", unknown},
+  };
+  for (const auto &[content, mime] : cases) {
+    EXPECT_EQ(guessContentType(content).mime, mime) << content.substr(0, 40);
+    for (size_t size = 0; size < std::min<size_t>(content.size(), 20); ++size) {
+      guessContentType(std::string(content, 0, size));  // reads nothing behind its end
+    }
+  }
+}
+
+// A folder of its own, with what a test saves in it.
+struct Folder {
+  Folder() { EXPECT_NE(mkdtemp(path.data()), nullptr); }
+  ~Folder() { std::filesystem::remove_all(path); }
+  // Names and contents, in order.
+  std::map<std::string, std::string> files() const {
+    std::map<std::string, std::string> all;
+    for (const auto &entry : std::filesystem::directory_iterator(path)) {
+      std::ifstream file(entry.path());
+      all[entry.path().filename()] = {std::istreambuf_iterator<char>(file), {}};
+    }
+    return all;
+  }
+  std::string path = testing::TempDir() + "px-XXXXXX";
+};
+
+TEST(Host, NamesThatAreTakenOrRefused) {
+  const Folder folder;
+  SaveDirectory directory(folder.path);
+  const std::string refused(300, 'n');
+  for (const auto &[name, given] :
+       std::vector<std::pair<std::string, std::string>>{{"a.x", "a.x"},
+                                                        {"a.x", "a-2.x"},
+                                                        {"a-3.x", "a-3.x"},
+                                                        {"a.x", "a-4.x"},
+                                                        {"", "neutral.x"},
+                                                        {refused, "neutral-2.x"},
+                                                        {"no/folder.x", "neutral-3.x"}}) {
+    directory.begin();
+    directory.write("1", 1);
+    EXPECT_EQ(directory.commit(name, "neutral.x", ".x"), given);
+  }
+  std::string last;
+  for (int i = 0; i < 300; ++i) {
+    directory.begin();
+    last = directory.commit("same.x", "neutral.x", ".x");
+  }
+  EXPECT_EQ(last, "same-300.x");
+  directory.begin();
+  EXPECT_THROW(directory.commit(refused, refused, ""), std::system_error);
+  directory.abandon();
+  EXPECT_EQ(folder.files().size(), 307U);
+}
+
+// Whichever read fails, what stands in the folder is whole.
+TEST(Host, NoHalfObjects) {
+  std::string card = "BEGIN:VCARD\nPHOTO;BASE64:\n";
+  for (int i = 0; i < 3000; ++i) card += " QUJD\n";
+  card += "\nKEY;BASE64:\n QUJD\n\nEND:VCARD\n";
+  const std::map<std::string, size_t> whole = {{"1-photo-1.txt", 9000}, {"1-key-1.txt", 3}};
+  bool failed = true;
+  for (uint32_t n = 1; failed; ++n) {
+    const Folder folder;
+    std::vector<std::string> log;
+    MemoryIo io(card, {.failAt = n, .log = &log});
+    const auto hasFailed = [&log] {
+      return std::any_of(log.begin(), log.end(), [](auto &l) { return l.ends_with("failed"); });
+    };
+    const auto check = [&] {
+      if (hasFailed()) throw std::runtime_error("reason");
+    };
+    try {
+      SaveDirectory directory(folder.path);
+      ObjectExtraction extraction(filter(), &directory, check, [](const SavedObject &) {});
+      CardRun run(filter(), &io, &extraction);
+      if (run.open(VcardFormatVcard) == VcardOpenGood) {
+        extraction.attach(run.stream());
+        run.readAll();
+      }
+    } catch (const std::runtime_error &error) {
+      EXPECT_STREQ(error.what(), "reason");
+    }
+    failed = hasFailed();
+    const auto files = folder.files();
+    EXPECT_TRUE(failed || files.size() == whole.size());
+    for (const auto &[name, content] : files) {
+      ASSERT_TRUE(whole.contains(name)) << name;
+      EXPECT_EQ(content.size(), whole.at(name)) << n;
+    }
+  }
+}
+
+TEST(Host, OutputThatWouldBlock) {
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_NONBLOCK | O_CLOEXEC), 0);
+  const FileDescriptor from(ends[0]), to(ends[1]);
+  const std::string bytes(1000000, 'x');
+  std::thread writer([&] {
+    FileWriter out(ends[1]);
+    EXPECT_NO_THROW((out.write(bytes), out.flush()));
+  });
+  std::string got;
+  char buffer[4096];
+  for (int idle = 0; got.size() < bytes.size() && idle < 5000; ++idle) {
+    const ssize_t count = read(ends[0], buffer, sizeof buffer);
+    if (count > 0) got.append(buffer, size_t(count)), idle = 0;
+    if (count < 0) usleep(1000);
+  }
+  writer.join();
+  EXPECT_TRUE(got == bytes);
+}
+
+std::string failureOf(const FileIo &io) {
+  try {
+    io.check();
+  } catch (const std::runtime_error &error) {
+    return error.what();
+  }
+  return "";
+}
+
+// What goes wrong is a failure that a program can see: a read past the largest input, and the end
+// of a file that has become shorter.
+TEST(Host, FilesThatAreNotReadToTheirEnd) {
+  const struct {
+    uint64_t before, after, from, count;
+    std::string failure;
+  } cases[] = {{LargestInput, LargestInput, LargestInput - 2, 2, ""},
+               {LargestInput + 1, LargestInput + 1, LargestInput - 2, 2, "File too large"},
+               {100, 50, 48, 2, "cut short while it was read"},
+               {50, 100, 98, 2, ""},
+               {0, 0, 0, 0, ""}};
+  for (const auto &c : cases) {
     FileDescriptor file(memfd_create("px", 0));
-    ASSERT_EQ(ftruncate(file.number(), off_t(LargestInput) + larger), 0);
+    const int number = file.number();
+    ASSERT_EQ(ftruncate(number, off_t(c.before)), 0);
     FileIo io(std::move(file));
+    ASSERT_EQ(ftruncate(number, off_t(c.after)), 0);
     char buffer[8];
     uint32_t count = 0;
-    EXPECT_EQ(io.Seek64(&io, 0, LargestInput - 2), 0);
+    EXPECT_EQ(io.Seek64(&io, 0, int64_t(c.from)), 0);
     EXPECT_EQ(io.Read(&io, buffer, 8, &count), 0);
-    EXPECT_EQ(count, 2U);
-    EXPECT_EQ(io.Read(&io, buffer, 8, &count) != 0, larger);
+    EXPECT_EQ(count, c.count);
+    EXPECT_EQ(io.Read(&io, buffer, 8, &count) != 0, !c.failure.empty());
     EXPECT_EQ(count, 0U);
-    EXPECT_EQ(io.error(), larger ? EFBIG : 0);
+    EXPECT_EQ(failureOf(io), c.failure);
   }
 }
 

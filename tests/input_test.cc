@@ -1,6 +1,7 @@
 // What the reader makes of line ends, folds, escapes and the end of the input, and which calls it
 // makes on the host's object.
 
+#include <cstring>
 #include <numeric>
 #include <utility>
 
@@ -147,6 +148,59 @@ TEST(Stream, EachCallFailsInTurn) {
       const Trace trace = runOnce(kBook, VcardFormatVcard, io).trace;
       EXPECT_TRUE(kind == IoCall::Read || trace == good) << n;
       log = std::accumulate(lines.begin(), lines.end(), std::string());
+    }
+  }
+}
+
+// A card whose lines never end, but for a tail that stands a little before the end of positions.
+class EndlessIo final : public PositionedIo<EndlessIo> {
+ public:
+  static constexpr uint32_t Far = UINT32_MAX - 100;
+  static constexpr int MostReads = 50;
+
+  explicit EndlessIo(std::string_view tail) : tail_(tail) {}
+
+  int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count) {
+    if (++reads > MostReads) return IoFailed;  // the reader goes round
+    for (; *count < size; ++*count, ++position) {
+      const uint64_t inTail = position - Far;
+      static_cast<char *>(to)[*count] = position < kHead.size() ? kHead[position]
+                                        : inTail < tail_.size() ? tail_[inTail]
+                                                                : ":1\nB"[inTail % 4];
+    }
+    return 0;
+  }
+
+  int reads = 0;
+
+ private:
+  static constexpr std::string_view kHead = "BEGIN:VCARD\nB:1\nB:1\nEND:VCARD\n";
+
+  std::string_view tail_;
+};
+
+// Stops behind the first B, which is the fourth paragraph, goes far and reads on.
+TEST(Stream, EndsWherePositionsDo) {
+  const std::pair<std::string_view, int> cases[] = {{"", 26}, {":1\nEND:VCARD\n", 2}};
+  for (const auto &[tail, properties] : cases) {
+    for (const bool wide : {true, false}) {
+      EndlessIo io(tail);
+      if (!wide) io.Seek64 = nullptr;
+      Recorder recorder;
+      recorder.stopAt = [&](int paragraph) { return paragraph == 4 || paragraph > 100; };
+      CardRun run(filter(), &io, &recorder);
+      ASSERT_EQ(run.open(VcardFormatVcard), VcardOpenGood);
+      run.beginSection();
+      EXPECT_EQ(run.read(), uint32_t{SoBreakParagraph});
+      char saved[VcardSavedSize];
+      filter().getData(saved, run.data());
+      std::memcpy(saved + 4, &EndlessIo::Far, 4);  // what VwStreamTell would have stored there
+      filter().setData(saved, run.data());
+      EXPECT_EQ(filter().streamSeek(0, run.data()), 0);
+      EXPECT_EQ(run.read(), uint32_t{SoBreakDocument});
+      EXPECT_EQ(std::count(recorder.trace.begin(), recorder.trace.end(), "SoEmitChar('B')"),
+                properties);
+      EXPECT_LT(io.reads, EndlessIo::MostReads);
     }
   }
 }

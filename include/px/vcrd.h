@@ -33,12 +33,13 @@
  *
  * What is promised. No input makes the filter crash, hang or read out of bounds, and nothing is
  * allocated while a card is read. Malformed input is no error: a broken line costs at most itself.
- * The library keeps no writable global state: streams on different threads are independent, each
- * record and stream belongs to one caller at a time.
+ * Two things cost more, since they end the input: a byte 0xFF, which reads as the end everywhere
+ * but in plain text of a value; and position 4,294,967,295 (2^32 - 1), since positions have 32
+ * bits. The bytes from there on are never seen. The library keeps no writable global state: streams
+ * on different threads are independent, each record and stream belongs to one caller at a time.
  *
  * What is not promised. Pointers given to the filter aren't checked, but where a routine's comment
- * says so. The state given to VwSetData must come from VwGetData. An input of 2 GiB or more is not
- * read correctly past that point, since positions have 32 bits.
+ * says so. The state given to VwSetData must come from VwGetData.
  */
 #ifndef PX_VCRD_H
 #define PX_VCRD_H
@@ -59,7 +60,13 @@ typedef struct VcardData VcardData;
 /* The buffered input of one stream. */
 typedef struct VcardStream VcardStream;
 
-/* Format ids. The id decides how the content is handled, whatever the BEGIN line says. */
+/*
+ * Format ids. The id decides how the content is handled, whatever the BEGIN line says: each is
+ * accepted with the BEGIN line of the other, and a calendar that is read as a vCard has an empty
+ * summary. So a host that wasn't told the format looks at the first line itself:
+ * VcardFormatVcalendar where the input begins, behind white space and in any case, with
+ * BEGIN:VCALENDAR, and VcardFormatVcard everywhere else.
+ */
 enum { VcardFormatVcard = 1141, VcardFormatVcalendar = 1196 };
 
 /* Answers of VwStreamOpen. */
@@ -73,9 +80,9 @@ enum { VcardSavedSize = 4804 };
  * of which nothing else is touched.
  */
 typedef struct VcardInfo {
-  uint8_t Type[8];      /* offset 0: 78 00 00 00 00 01 03 00 */
+  uint8_t Type[8];       /* offset 0: 78 00 00 00 00 01 03 00 */
   uint8_t Untouched[16]; /* offset 8: not written */
-  char Name[6];         /* offset 24: "vCard", for both formats */
+  char Name[6];          /* offset 24: "vCard", for both formats */
 } VcardInfo;
 
 /*

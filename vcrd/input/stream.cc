@@ -8,6 +8,10 @@
 
 namespace {
 
+// Where every input ends: behind it a position has more than 32 bits and would begin at 0 again, so
+// that a search would never end. The last one with 32 bits is kNoPosition and has no byte either.
+constexpr int64_t kInputEnd = kNoPosition;
+
 // The size of a stream's buffer in bytes.
 uint64_t BufferSize() {
   uint32_t value[4] = {};
@@ -65,6 +69,8 @@ int32_t VcardStreamFill(VcardStream *stream) {
   const bool good = MoveObjectToBase(stream) &&
                     stream->Io->Read(stream->Io, stream->Buffer, stream->Size, &stream->Count) == 0;
   if (!good) stream->Count = 0;  // Base stays, so the next refill asks for the same position
+  const int64_t room = kInputEnd - stream->Base;
+  if (stream->Count > room) stream->Count = static_cast<uint32_t>(room);
   stream->Ptr = stream->Buffer + 1;
   if (stream->Count == 0) {
     stream->Remaining = 0;

@@ -6,7 +6,8 @@
 //
 // The raw read takes every byte of the input as it is. Its end is told by the answer -1; callers
 // that keep only 8 bits see the byte 255 there, like a real byte 0xFF. The reader has no end state:
-// a read at the end asks the host again.
+// a read at the end asks the host again. What the host has from position 2^32 - 1 on is no part of
+// the input, so that every position has 32 bits.
 
 #ifndef PX_VCRD_INPUT_STREAM_H
 #define PX_VCRD_INPUT_STREAM_H
