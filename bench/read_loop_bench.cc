@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "bench/sample_texts.h"
-#include "host/filter_library.h"
-#include "host/memory_io.h"
+#include "host/filter/filter_library.h"
+#include "host/io/memory_io.h"
 
 namespace px::bench {
 namespace {

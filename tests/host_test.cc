@@ -8,16 +8,16 @@
 #include <map>
 #include <thread>
 
-#include "host/base64_io.h"
-#include "host/character_sets.h"
-#include "host/content_type.h"
-#include "host/file_io.h"
-#include "host/file_writer.h"
-#include "host/label_texts.h"
-#include "host/object_extraction.h"
-#include "host/range_io.h"
-#include "host/save_directory.h"
-#include "host/sniffer.h"
+#include "host/io/base64_io.h"
+#include "host/reading/character_decoder.h"
+#include "host/saving/content_type.h"
+#include "host/io/file_io.h"
+#include "host/io/file_writer.h"
+#include "host/labels/label_texts.h"
+#include "host/saving/object_extraction.h"
+#include "host/io/range_io.h"
+#include "host/saving/save_directory.h"
+#include "host/source/sniffer.h"
 #include "tests/support/runs.h"
 
 namespace px::test {

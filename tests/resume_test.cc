@@ -5,7 +5,7 @@
 #include <iterator>
 #include <random>
 
-#include "host/sniffer.h"
+#include "host/source/sniffer.h"
 #include "tests/support/runs.h"
 
 namespace px::test {

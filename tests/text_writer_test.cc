@@ -3,8 +3,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "host/sniffer.h"
-#include "host/text_writer.h"
+#include "host/source/sniffer.h"
+#include "host/writers/text_writer.h"
 #include "tests/support/runs.h"
 
 namespace px::test {

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/file_descriptor.h"
-#include "host/positioned_io.h"
+#include "host/io/file_descriptor.h"
+#include "host/io/positioned_io.h"
 
 namespace px {
 

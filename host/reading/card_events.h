@@ -25,20 +25,10 @@
 #include <string_view>
 #include <vector>
 
+#include "host/source/line_notes.h"
 #include "px/vcard_io.h"
 
 namespace px {
-
-struct Parameter {
-  std::string name;                 // in capitals; "TYPE" for a type without a name
-  std::vector<std::string> values;  // as the file has them, quotes and escapes undone
-};
-
-// A stretch of the file, in bytes.
-struct Extent {
-  uint64_t offset = 0;
-  uint64_t length = 0;
-};
 
 // One card, or one component of a calendar.
 struct Section {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "host/open_io.h"
+#include "host/io/open_io.h"
 
 namespace px {
 

@@ -34,6 +34,23 @@ std::string inCapitals(std::string_view text) {
   return result;
 }
 
+bool splitParameters(std::string_view text, size_t most, std::vector<HeadParameter> *parameters) {
+  const bool guard = std::count(text.begin(), text.end(), '"') % 2 == 0;
+  for (size_t start = 0; start <= text.size();) {
+    if (parameters->size() == most) return false;
+    const size_t end = parameterEnd(text, start, guard);
+    const std::string_view parameter = text.substr(start, end - start);
+    const size_t equals = parameter.find('=');
+    if (equals == parameter.npos) {
+      parameters->push_back({{}, parameter});
+    } else {
+      parameters->push_back({parameter.substr(0, equals), parameter.substr(equals + 1)});
+    }
+    start = end + 1;
+  }
+  return true;
+}
+
 bool takeFold(ByteSource *source) {
   while (source->takeLineEnd()) {
   }
@@ -102,7 +119,7 @@ bool ContentLines::gather(ContentLine *line, Quotes quotes) {
 }
 
 void ContentLines::split(std::string_view head, ContentLine *line) {
-  size_t end = std::min(head.find(';'), head.size());
+  const size_t end = std::min(head.find(';'), head.size());
   std::string_view name = head.substr(0, end);
   if (std::any_of(name.begin(), name.end(), isBlank)) {
     name_ = name;
@@ -114,26 +131,9 @@ void ContentLines::split(std::string_view head, ContentLine *line) {
   line->name = period == name.npos ? name : name.substr(period + 1);
 
   line->parameters.clear();
-  line->parametersCut = false;
-  const bool guard = std::count(head.begin(), head.end(), '"') % 2 == 0;
-  while (end < head.size()) {
-    if (line->parameters.size() == MostParameters) {
-      line->parametersCut = true;
-      return;
-    }
-    const size_t start = end + 1;
-    end = parameterEnd(head, start, guard);
-    const std::string_view parameter = head.substr(start, end - start);
-    const size_t equals = parameter.find('=');
-    HeadParameter split;
-    if (equals == parameter.npos) {
-      split.value = parameter;
-    } else {
-      split.name = parameter.substr(0, equals);
-      split.value = parameter.substr(equals + 1);
-    }
-    line->parameters.push_back(split);
-  }
+  line->parametersCut =
+      end < head.size() &&
+      !splitParameters(head.substr(end + 1), MostParameters, &line->parameters);
 }
 
 }  // namespace px

@@ -27,6 +27,10 @@ struct HeadParameter {
   std::string_view value;  // as it stands, quotes included
 };
 
+// Appends the parameters of the text behind a name and its semicolon. Answers whether all of them
+// were taken: no more than `most` are.
+bool splitParameters(std::string_view text, size_t most, std::vector<HeadParameter> *parameters);
+
 struct ContentLine {
   Place start;      // of the line's first byte
   Place value;      // of the value's first byte

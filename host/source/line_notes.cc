@@ -110,6 +110,7 @@ void visitLine(Note &note, Visit visit) {
   visit(note.label);
   visit(note.name);
   visit(note.group);
+  visit(note.labelsGroup);
   visit(note.parameters);
   visit(note.extent);
   visit(note.breakAdded);

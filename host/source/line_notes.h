@@ -43,6 +43,7 @@ struct LineNote {
   uint32_t label = 0;  // of the property itself; 0: it has none
   std::string name;    // as the file writes it
   std::string group;
+  bool labelsGroup = false;  // an X-ABLabel line behind a property of its group
   std::vector<Parameter> parameters;
   std::optional<Extent> extent;
 

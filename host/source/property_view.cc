@@ -67,6 +67,7 @@ void PropertyView::beginSection(int16_t format, const VersionRules &rules, const
   file_ = file;
   nameFromParts_ = nameFromParts;
   section_ = section;
+  groups_.clear();
 }
 
 // Whether the pass that looks for the summary takes the property's value for heads of lines.
@@ -300,11 +301,7 @@ void PropertyView::beginDecoder(bool isUtf8) {
 
 // Writes the value in text_.
 void PropertyView::addWhole() {
-  if (!note_.group.empty() && text_.size() <= kLongestField &&
-      equalsNoCase(note_.name, "X-ABLABEL") &&
-      section_->groupLabels.size() < SectionNote::MaxGroupLabels) {
-    section_->groupLabels.emplace_back(note_.group, text_);
-  }
+  if (!note_.group.empty()) noteGroup();
   if (!known_) return putUnderOwnName(text_);
   if (separator_ != 0) return addFields();
 
@@ -334,6 +331,18 @@ void PropertyView::addWhole() {
   view_->putQuoted(text_);
   note_.breakAdded = role == SummaryRole::Url;  // between two URLs the summary has nothing
   endLine(start);
+}
+
+// An X-ABLabel line tells how the other lines of its group are called.
+void PropertyView::noteGroup() {
+  const bool known = std::find(groups_.begin(), groups_.end(), note_.group) != groups_.end();
+  if (!equalsNoCase(note_.name, "X-ABLABEL")) {
+    if (!known && groups_.size() < SectionNote::MaxGroupLabels) groups_.push_back(note_.group);
+  } else if (known && text_.size() <= kLongestField &&
+             section_->groupLabels.size() < SectionNote::MaxGroupLabels) {
+    section_->groupLabels.emplace_back(note_.group, text_);
+    note_.labelsGroup = true;
+  }
 }
 
 // Ends a line whose value began at `valueStart`, and notes it.

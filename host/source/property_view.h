@@ -10,6 +10,7 @@
 #define PX_HOST_SOURCE_PROPERTY_VIEW_H
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,6 +69,7 @@ class PropertyView {
   void addLong(const ContentLine &line, ValueBytes *value);
   void addFields();
 
+  void noteGroup();
   void putHead(bool encoded);
   void endLine(uint64_t valueStart);
   void putUnderOwnName(std::string_view text);
@@ -88,6 +90,7 @@ class PropertyView {
   const SourceFile *file_ = nullptr;
   bool nameFromParts_ = false;
   SectionNote *section_ = nullptr;
+  std::vector<std::string> groups_;  // that the section's lines have had so far
 
   // Of the current line.
   Place start_;

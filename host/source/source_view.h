@@ -13,13 +13,12 @@
 //   - cards and calendars in one file are documents of their own, since the filter is opened for
 //     one of the formats.
 //
-// Nothing grows with the file but temporary files: what doesn't fit is reported and left out.
+// Nothing grows with the file but temporary files. What cannot be read is told to a FaultSink.
 
 #ifndef PX_HOST_SOURCE_SOURCE_VIEW_H
 #define PX_HOST_SOURCE_SOURCE_VIEW_H
 
 #include <cstdint>
-#include <memory>
 
 #include "host/source/component_lines.h"
 #include "host/source/line_notes.h"
@@ -29,28 +28,27 @@ namespace px {
 
 // One input for the filter.
 struct ViewDocument {
-  int16_t format = 0;   // to open the filter with
-  bool inPlace = false;  // the file itself is read
-  Extent text;          // in the view's text
+  int16_t format = 0;  // to open the filter with
+  Extent text;         // in SourceView::text; of no length: the file itself is read
 };
 
 class SourceView {
  public:
-  // Reads `file`, which isn't owned, to its end, and reports each fault where it is met. Throws
-  // std::runtime_error when the file can't be read, std::system_error when a temporary file fails.
+  // Reads `file`, which isn't owned, to its end. Throws std::runtime_error when it can't be read or
+  // holds no card, std::system_error when a temporary file fails.
   SourceView(VcardIo *file, const FaultSink &faults);
-  ~SourceView();
 
   // Reads the next document, in the order of the file; false when there is none left.
   bool nextDocument(ViewDocument *document);
 
-  const LineNotes &notes() const;
-  const SpoolFile &text() const;
+  const SpoolFile &text() const { return text_; }
+  const LineNotes &notes() const { return notes_; }
 
  private:
-  class Builder;
-  std::unique_ptr<Builder> builder_;
-  uint64_t read_ = 0;
+  SpoolFile text_;
+  LineNotes notes_;
+  SpoolFile documents_;
+  uint64_t documentsRead_ = 0;  // in bytes
 };
 
 }  // namespace px

@@ -3,8 +3,8 @@
 #include <uchardet/uchardet.h>
 
 #include <cerrno>
-#include <cstdint>
-#include <cstring>
+
+#include "host/source/utf8.h"
 
 namespace px {
 namespace {
@@ -12,59 +12,11 @@ namespace {
 constexpr char kFallback[] = "WINDOWS-1252";
 constexpr std::string_view kReplacement = "\uFFFD";
 
-// How many bytes the character has that begins with `byte`; 0 when none does.
-size_t sequenceLength(uint8_t byte) {
-  if (byte < 0x80) return 1;
-  if (byte < 0xC2) return 0;
-  if (byte < 0xE0) return 2;
-  if (byte < 0xF0) return 3;
-  return byte < 0xF5 ? 4 : 0;
-}
-
-// Whether `byte` can follow `first`: this keeps out overlong forms, surrogates and numbers above
-// U+10FFFF.
-bool canBeSecond(uint8_t first, uint8_t byte) {
-  const uint8_t low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
-  const uint8_t high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
-  return low <= byte && byte <= high;
-}
-
-// The length of the valid characters at the head of `bytes`. `*open`: what follows them reaches the
-// end of `bytes` and may be the beginning of one more.
-size_t validLength(std::string_view bytes, bool *open) {
-  size_t at = 0;
-  *open = false;
-  while (at < bytes.size()) {
-    // Eight bytes of ASCII at a step; a NUL among them is found by the slow way.
-    while (at + 8 <= bytes.size()) {
-      uint64_t word;
-      std::memcpy(&word, bytes.data() + at, 8);
-      constexpr uint64_t tops = 0x8080808080808080;
-      if (((word | (word - 0x0101010101010101)) & tops) != 0) break;
-      at += 8;
-    }
-    if (at == bytes.size()) break;
-    const auto first = static_cast<uint8_t>(bytes[at]);
-    const size_t length = first == 0 ? 0 : sequenceLength(first);
-    if (length == 0) return at;
-    for (size_t i = 1; i < length; ++i) {
-      if (at + i == bytes.size()) {
-        *open = true;
-        return at;
-      }
-      const auto byte = static_cast<uint8_t>(bytes[at + i]);
-      if (i == 1 ? !canBeSecond(first, byte) : (byte & 0xC0) != 0x80) return at;
-    }
-    at += length;
-  }
-  return at;
-}
-
 }  // namespace
 
 bool isUtf8(std::string_view bytes, size_t *open) {
   bool cut;
-  const size_t valid = validLength(bytes, &cut);
+  const size_t valid = validUtf8Length(bytes, &cut);
   *open = bytes.size() - valid;
   return *open == 0 || cut;
 }
@@ -98,7 +50,7 @@ void TextDecoder::put(std::string_view bytes, std::string *utf8) {
   if (converter_) return convert(bytes, utf8);
   while (!bytes.empty()) {
     bool open;
-    const size_t valid = validLength(bytes, &open);
+    const size_t valid = validUtf8Length(bytes, &open);
     utf8->append(bytes, 0, valid);
     bytes.remove_prefix(valid);
     if (open) {

@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/character_sets.h"
-#include "host/open_io.h"
+#include "host/source/utf8.h"
+#include "host/io/open_io.h"
 
 namespace px {
 namespace {

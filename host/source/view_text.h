@@ -25,7 +25,9 @@ namespace px {
 
 class ViewText {
  public:
-  const SpoolFile &spool() const { return spool_; }
+  // `spool` isn't owned.
+  explicit ViewText(SpoolFile *spool) : spool_(*spool) {}
+
   uint64_t size() const { return spool_.size(); }
 
   void put(std::string_view bytes) { spool_.append(bytes); }
@@ -41,10 +43,8 @@ class ViewText {
   // The line that takes away what fields may have set.
   void putAbsorber() { put("BEGIN:\n"); }
 
-  void clear() { spool_ = SpoolFile(); }
-
  private:
-  SpoolFile spool_;
+  SpoolFile &spool_;
   std::string encoded_;
 };
 

@@ -10,10 +10,10 @@
 #include <string>
 #include <string_view>
 
-#include "host/card_run.h"
-#include "host/filter_library.h"
-#include "host/memory_io.h"
-#include "host/trace_writer.h"
+#include "host/filter/card_run.h"
+#include "host/filter/filter_library.h"
+#include "host/io/memory_io.h"
+#include "host/writers/trace_writer.h"
 #include "tests/support/brief.h"
 #include "tests/support/short_form.h"
 

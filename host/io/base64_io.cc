@@ -1,0 +1,102 @@
+#include "host/io/base64_io.h"
+
+#include <cstring>
+
+namespace px {
+namespace {
+
+// Selectors of GetInfo above this one are the host's own.
+constexpr uint32_t InfoBadByte = 0x10000;
+
+}  // namespace
+
+BadBase64Byte badBase64Byte(VcardIo *object) {
+  BadBase64Byte bad;
+  object->GetInfo(object, InfoBadByte, &bad);
+  return bad;
+}
+
+Base64Io::Base64Io(VcardIo *source) : source_(source) { restart(); }
+
+int32_t Base64Io::close() {
+  delete this;
+  return 0;
+}
+
+int32_t Base64Io::getInfo(uint32_t selector, void *argument) {
+  if (selector != InfoBadByte) return PositionedIo::getInfo(selector, argument);
+  *static_cast<BadBase64Byte *>(argument) = bad_;
+  return 0;
+}
+
+int32_t Base64Io::readAt(uint64_t position, void *to, uint32_t size, uint32_t *count) {
+  if (position < decoded_) restart();
+  auto *bytes = static_cast<uint8_t *>(to);
+  while (*count < size) {
+    uint8_t byte;
+    const Step step = decode(&byte);
+    if (step == Step::End) return 0;
+    // What was decoded before a failure goes out; the next read meets the failure again.
+    if (step == Step::Failure) return *count > 0 ? 0 : IoFailed;
+    if (decoded_++ >= position) bytes[(*count)++] = byte;
+  }
+  return 0;
+}
+
+void Base64Io::restart() {
+  base64_decode_init(&context_);
+  decoded_ = 0;
+  ended_ = atLineHead_ = false;
+  bad_ = {};
+  sourceEnd_ = 0;
+  next_ = filled_ = 0;
+}
+
+// Reads on in the source, behind what is still to be taken.
+int32_t Base64Io::fill() {
+  const uint32_t kept = filled_ - next_;
+  std::memmove(buffer_, buffer_ + next_, kept);
+  next_ = 0;
+  filled_ = kept;
+  uint32_t count = 0;
+  const int32_t result = readIoAt(source_, sourceEnd_, buffer_ + kept,
+                                  static_cast<uint32_t>(sizeof buffer_) - kept, &count);
+  if (result != 0) return result;
+  filled_ += count;
+  sourceEnd_ += count;
+  return 0;
+}
+
+Base64Io::Step Base64Io::decode(uint8_t *byte) {
+  while (!ended_) {
+    // A byte at the head of a line counts only when there is another one behind it.
+    const uint32_t needed = atLineHead_ ? 2 : 1;
+    const uint32_t held = filled_ - next_;
+    if (held < needed) {
+      if (fill() != 0) return Step::Failure;
+      ended_ = filled_ == held;
+      continue;
+    }
+
+    const uint8_t c = buffer_[next_++];
+    const bool lineEnd = c == '\r' || c == '\n';
+    atLineHead_ = lineEnd;
+    if (lineEnd || c == ' ' || c == '\t') continue;
+    if (c == '=') {
+      ended_ = true;
+      continue;
+    }
+    // The library passes over two more kinds of white space, which are no part of these texts.
+    const bool foreignSpace = c == '\v' || c == '\f';
+    const int given =
+        foreignSpace ? -1 : base64_decode_single(&context_, byte, static_cast<char>(c));
+    if (given > 0) return Step::Byte;
+    if (given < 0) {
+      bad_ = {true, c, sourceEnd_ - (filled_ - next_) - 1};
+      ended_ = true;
+    }
+  }
+  return Step::End;
+}
+
+}  // namespace px

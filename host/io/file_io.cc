@@ -1,0 +1,44 @@
+#include "host/io/file_io.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <stdexcept>
+#include <system_error>
+
+namespace px {
+
+FileIo::FileIo(FileDescriptor file) : file_(std::move(file)) {
+  struct stat status;
+  const bool known = fstat(file_.number(), &status) == 0 && S_ISREG(status.st_mode);
+  if (known) size_ = static_cast<uint64_t>(status.st_size);
+}
+
+void FileIo::check() const {
+  if (cutShort_) throw std::runtime_error("cut short while it was read");
+  if (error_ != 0) throw std::system_error(error_, std::generic_category());
+}
+
+int32_t FileIo::readAt(uint64_t position, void *to, uint32_t size, uint32_t *count) {
+  // Past the largest input one byte is asked for, only to see whether it is there.
+  const uint64_t room = position < LargestInput ? LargestInput - position : 1;
+  ssize_t got;
+  do {
+    got = pread(file_.number(), to, std::min<uint64_t>(size, room), static_cast<off_t>(position));
+  } while (got < 0 && errno == EINTR);
+  const bool tooLarge = got > 0 && position >= LargestInput;
+  if (got < 0 || tooLarge) {
+    if (error_ == 0) error_ = tooLarge ? EFBIG : errno;
+    return IoFailed;
+  }
+  if (got == 0 && size > 0 && position < size_) {
+    cutShort_ = true;
+    return IoFailed;
+  }
+  *count = static_cast<uint32_t>(got);
+  return 0;
+}
+
+}  // namespace px

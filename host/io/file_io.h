@@ -1,0 +1,38 @@
+// An open file as input.
+
+#ifndef PX_HOST_IO_FILE_IO_H
+#define PX_HOST_IO_FILE_IO_H
+
+#include <cstdint>
+
+#include "host/io/file_descriptor.h"
+#include "host/io/positioned_io.h"
+
+namespace px {
+
+// Behind as many bytes the filter ends the input, so a read there fails.
+constexpr uint64_t LargestInput = UINT32_MAX;
+
+// Reads at positions, so the descriptor's own position plays no part. The file must be seekable:
+// see spoolInput for one that isn't. Belongs to who made it; slot Close does nothing.
+class FileIo final : public PositionedIo<FileIo> {
+ public:
+  explicit FileIo(FileDescriptor file);
+
+  // Throws std::runtime_error, whose text is for a person, when a read has failed: also when the
+  // file is larger than LargestInput, or has become shorter than it was in the beginning. The
+  // filter takes a failure for the end of the input, so a program asks here after the run.
+  void check() const;
+
+  int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count);
+
+ private:
+  FileDescriptor file_;
+  uint64_t size_ = 0;  // in the beginning; 0 where the file has none
+  int error_ = 0;      // errno of the first read that failed
+  bool cutShort_ = false;
+};
+
+}  // namespace px
+
+#endif

@@ -1,0 +1,62 @@
+#include "host/io/spool.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <system_error>
+
+#include "host/io/file_io.h"
+
+namespace px {
+namespace {
+
+[[noreturn]] void failInput(int error) { throw std::system_error(error, std::generic_category()); }
+
+[[noreturn]] void failTemporary(int error) {
+  throw std::system_error(error, std::generic_category(), "temporary file");
+}
+
+FileDescriptor openTemporaryFile() {
+  const char *variable = std::getenv("TMPDIR");
+  const std::string directory = variable && *variable ? variable : "/tmp";
+  FileDescriptor file(open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+  if (file.isOpen()) return file;
+  // Not every file system has files without names.
+  std::string name = directory + "/pxcard-XXXXXX";
+  file = FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
+  if (!file.isOpen()) failTemporary(errno);
+  unlink(name.c_str());
+  return file;
+}
+
+void writeAll(int file, const char *bytes, size_t size) {
+  while (size > 0) {
+    const ssize_t written = write(file, bytes, size);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) failTemporary(errno);
+    bytes += written;
+    size -= static_cast<size_t>(written);
+  }
+}
+
+}  // namespace
+
+FileDescriptor spoolInput(int input) {
+  FileDescriptor file = openTemporaryFile();
+  uint64_t total = 0;
+  char buffer[64 * 1024];
+  for (;;) {
+    const ssize_t got = read(input, buffer, sizeof buffer);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) failInput(errno);
+    if (got == 0) return file;
+    total += static_cast<uint64_t>(got);
+    if (total > LargestInput) failInput(EFBIG);
+    writeAll(file.number(), buffer, static_cast<size_t>(got));
+  }
+}
+
+}  // namespace px

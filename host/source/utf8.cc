@@ -1,0 +1,114 @@
+#include "host/source/utf8.h"
+
+#include <cstring>
+
+namespace px {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+// Decodes the character at `text`, which is valid, and stores its length in bytes.
+char32_t decodeOne(std::string_view text, size_t *length) {
+  const auto first = static_cast<uint8_t>(text[0]);
+  *length = utf8Length(first);
+  if (*length == 1) return first;
+  char32_t character = first & (0x7Fu >> *length);
+  for (size_t i = 1; i < *length; ++i) {
+    character = character << 6 | (static_cast<uint8_t>(text[i]) & 0x3F);
+  }
+  return character;
+}
+
+bool drivesTerminal(char32_t character) {
+  return character < 0x20 || (0x7F <= character && character <= 0x9F) ||
+         (0x2028 <= character && character <= 0x202E) ||
+         (0x2066 <= character && character <= 0x2069);
+}
+
+}  // namespace
+
+size_t utf8Length(uint8_t byte) {
+  if (byte < 0x80) return 1;
+  if (byte < 0xC2) return 0;
+  if (byte < 0xE0) return 2;
+  if (byte < 0xF0) return 3;
+  return byte < 0xF5 ? 4 : 0;
+}
+
+bool canBeSecondUtf8(uint8_t first, uint8_t byte) {
+  const uint8_t low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+  const uint8_t high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+  return low <= byte && byte <= high;
+}
+
+size_t validUtf8Length(std::string_view bytes, bool *cut) {
+  size_t at = 0;
+  *cut = false;
+  while (at < bytes.size()) {
+    // Eight bytes of ASCII at a step; a NUL among them is found by the slow way.
+    while (at + 8 <= bytes.size()) {
+      uint64_t word;
+      std::memcpy(&word, bytes.data() + at, 8);
+      constexpr uint64_t tops = 0x8080808080808080;
+      if (((word | (word - 0x0101010101010101)) & tops) != 0) break;
+      at += 8;
+    }
+    if (at == bytes.size()) break;
+    const auto first = static_cast<uint8_t>(bytes[at]);
+    const size_t length = first == 0 ? 0 : utf8Length(first);
+    if (length == 0) return at;
+    for (size_t i = 1; i < length; ++i) {
+      if (at + i == bytes.size()) {
+        *cut = true;
+        return at;
+      }
+      const auto byte = static_cast<uint8_t>(bytes[at + i]);
+      if (i == 1 ? !canBeSecondUtf8(first, byte) : (byte & 0xC0) != 0x80) return at;
+    }
+    at += length;
+  }
+  return at;
+}
+
+void appendUtf8(char32_t character, std::string *utf8) {
+  if (character > 0x10FFFF || (0xD800 <= character && character <= 0xDFFF)) {
+    character = kReplacement;
+  }
+  const auto put = [utf8](char32_t byte) { utf8->push_back(static_cast<char>(byte)); };
+  const auto putRest = [&put, character](int shift) { put(0x80 | (character >> shift & 0x3F)); };
+  if (character < 0x80) {
+    put(character);
+  } else if (character < 0x800) {
+    put(0xC0 | character >> 6);
+    putRest(0);
+  } else if (character < 0x10000) {
+    put(0xE0 | character >> 12);
+    putRest(6);
+    putRest(0);
+  } else {
+    put(0xF0 | character >> 18);
+    putRest(12);
+    putRest(6);
+    putRest(0);
+  }
+}
+
+void appendPrintable(std::string_view utf8, std::string *to) {
+  size_t length = 0;
+  for (size_t at = 0; at < utf8.size(); at += length) {
+    const char32_t character = decodeOne(utf8.substr(at), &length);
+    if (drivesTerminal(character)) {
+      appendUtf8(kReplacement, to);
+    } else {
+      to->append(utf8, at, length);
+    }
+  }
+}
+
+uint32_t columnCount(std::string_view utf8) {
+  uint32_t count = 0;
+  for (char byte : utf8) count += (byte & 0xC0) != 0x80;
+  return count;
+}
+
+}  // namespace px

@@ -1,0 +1,334 @@
+#include "host/source/view_builder.h"
+
+#include <limits>
+#include <stdexcept>
+
+#include "host/source/line_parameters.h"
+#include "host/source/source_view.h"
+#include "host/source/text_decoder.h"
+#include "host/source/value_bytes.h"
+#include "host/source/value_text.h"
+#include "px/vcrd.h"
+
+namespace px {
+namespace {
+
+constexpr uint64_t kNoEnd = std::numeric_limits<int64_t>::max();
+
+// A document is closed at the next card behind as many bytes, so that the filter's positions of 32
+// bits hold the next one.
+constexpr uint64_t kLargeDocument = uint64_t{1} << 30;
+
+// Components that can stand outside of a calendar, where somebody took them out of one.
+bool isCalendarPart(std::string_view name) {
+  return name == "VEVENT" || name == "VTODO" || name == "VJOURNAL" || name == "VFREEBUSY" ||
+         name == "VTIMEZONE" || name == "VALARM";
+}
+
+}  // namespace
+
+ViewBuilder::ViewBuilder(UnicodeInput *input, SpoolFile *text, LineNotes *notes,
+                         SpoolFile *documents, const FaultSink *faults)
+    : unicode_(*input),
+      view_(text),
+      notes_(*notes),
+      documents_(*documents),
+      faults_(faults),
+      agentsIo_(&agents_, 0, kNoEnd),
+      file_(input->io(), kNoEnd, &view_, notes, faults),
+      agentsInput_(&agentsIo_, kNoEnd, &view_, notes, faults) {
+  const auto guess = [this]() -> const std::string & { return guessedCharset(); };
+  file_.file = {unicode_.marked(), [this](uint64_t at) { return unicode_.filePosition(at); }, guess};
+  agentsInput_.file = {unicode_.marked(), nullptr, guess};
+}
+
+void ViewBuilder::build() {
+  ByteSource &source = file_.source;
+  source.moveTo({unicode_.start(), 1});
+  ContentLine line;
+  while (file_.lines.next(&line)) {
+    if (line.colon && equalsNoCase(line.name, "BEGIN")) {
+      const Place begin = line.start;
+      const std::string name = takeComponentName(&source);
+      if (name == "VCALENDAR") {
+        reportOutside();
+        buildCalendar(begin);
+        continue;
+      }
+      if (name == "VCARD" || isCalendarPart(name)) {
+        reportOutside();
+        calendarVersion_.clear();
+        buildComponent(begin, 0);
+        continue;
+      }
+    } else if (line.colon) {
+      ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+    }
+    if (outsideLine_ == 0) outsideLine_ = line.start.line;
+  }
+  if (notes_.sectionCount() == 0) throw std::runtime_error("not a vCard or vCalendar file");
+  reportOutside();
+  closeDocument();
+}
+
+void ViewBuilder::reportOutside() {
+  if (outsideLine_ > 0) fault(outsideLine_, "text outside of any card");
+  outsideLine_ = 0;
+}
+
+// A calendar's own lines are a section, which ends where the first component begins. Lines behind
+// that, where nobody puts them, are a further section of the calendar.
+void ViewBuilder::buildCalendar(const Place &begin) {
+  ByteSource &source = file_.source;
+  ContentLines &lines = file_.lines;
+  calendarVersion_ = versionOfCalendar();
+  const auto number = static_cast<uint32_t>(notes_.sectionCount() + 1);
+  bool open = false;
+  Place start = begin;
+  const auto openOwn = [&](uint32_t partOf) {
+    section_ = SectionNote();
+    section_.component = "VCALENDAR";
+    section_.version = calendarVersion_;
+    section_.partOf = partOf;
+    openSection(VcardFormatVcalendar);
+    const VersionRules rules = rulesOf(calendarVersion_, true);
+    lines.setFoldRule(rules.fold);
+    file_.properties.beginSection(VcardFormatVcalendar, rules, &file_.file, false, &section_);
+    open = true;
+  };
+  const auto closeOwn = [&](uint64_t end) {
+    if (!open) return;
+    const uint64_t offset = unicode_.filePosition(start.position);
+    section_.extent = Extent{offset, unicode_.filePosition(end) - offset};
+    closeSection();
+    open = false;
+  };
+
+  openOwn(0);
+  ContentLine line;
+  for (;;) {
+    if (!lines.next(&line)) {
+      fault(source.place().line, "VCALENDAR without END");
+      return closeOwn(source.place().position);
+    }
+    if (!line.colon) {
+      fault(line.start.line, "no colon: not a property");
+      continue;
+    }
+    const Place lineStart = line.start;
+    if (equalsNoCase(line.name, "BEGIN")) {
+      const std::string name = takeComponentName(&source);
+      closeOwn(lineStart.position);
+      if (name == "VCALENDAR" || name == "VCARD") {
+        fault(lineStart.line, "VCALENDAR without END");
+        source.moveTo(lineStart);
+        return;
+      }
+      if (name.empty()) {
+        fault(lineStart.line, "BEGIN of nothing");
+      } else {
+        buildComponent(lineStart, number);
+      }
+    } else if (equalsNoCase(line.name, "END")) {
+      const std::string name = takeComponentName(&source);
+      if (name == "VCALENDAR") return closeOwn(source.place().position);
+      fault(lineStart.line, "END:" + name + " without BEGIN");
+    } else {
+      if (!open) {
+        start = lineStart;
+        openOwn(number);
+      }
+      file_.properties.add(line);
+    }
+  }
+}
+
+// The version is told among the calendar's first lines; the source goes back to where it stood.
+std::string ViewBuilder::versionOfCalendar() {
+  ByteSource &source = file_.source;
+  const Place here = source.place();
+  std::string version;
+  ContentLine line;
+  while (version.empty() && file_.lines.next(&line)) {
+    if (!line.colon) continue;
+    if (equalsNoCase(line.name, "BEGIN") || equalsNoCase(line.name, "END")) break;
+    ValueBytes value(&source, transferOf(line.parameters), FoldRule::DropsBlank);
+    const bool wanted = equalsNoCase(line.name, "VERSION");
+    if (wanted) version = value.next().substr(0, 32);
+    value.skip();
+  }
+  source.moveTo(here);
+  return version;
+}
+
+// Writes a component and all that is nested in it, and goes on behind it.
+void ViewBuilder::buildComponent(const Place &begin, uint32_t partOf) {
+  queue_.assign(1, {&file_, begin, kNoEnd, partOf, 0, std::nullopt});
+  std::optional<Place> behind;
+  while (!queue_.empty()) {
+    const Component component = queue_.front();
+    queue_.pop_front();
+    const Place end = buildSection(component);
+    if (!behind) behind = end;
+  }
+  file_.source.setEnd(kNoEnd);
+  file_.source.moveTo(*behind);
+}
+
+// Writes one section; answers the place behind it.
+Place ViewBuilder::buildSection(const Component &component) {
+  Input &input = *component.input;
+  input.source.setEnd(component.end);
+  input.source.moveTo(component.begin);
+  ContentLine line;
+  if (!input.lines.next(&line)) return input.source.place();
+  const std::string name = takeComponentName(&input.source);
+  const bool isCard = name == "VCARD";
+  const int16_t format = isCard ? VcardFormatVcard : VcardFormatVcalendar;
+
+  Survey found;
+  if (isCard) {
+    found = survey(&input, name);
+  } else {
+    found.version = calendarVersion_;
+    found.hasName = true;
+  }
+  const VersionRules rules = rulesOf(found.version, !isCard);
+  input.lines.setFoldRule(rules.fold);
+
+  section_ = SectionNote();
+  section_.component = name;
+  section_.version = found.version;
+  section_.partOf = component.partOf;
+  openSection(format);
+  input.properties.beginSection(format, rules, &input.file, !found.hasName, &section_);
+  const auto number = static_cast<uint32_t>(notes_.sectionCount() + 1);
+
+  ComponentLines lines(&input.source, &input.lines, name, faults_);
+  for (;;) {
+    const ComponentLines::Item item = lines.next(&line);
+    if (item == ComponentLines::Item::End) break;
+    if (item == ComponentLines::Item::Nested) {
+      queueNested(component, lines, number);
+      continue;
+    }
+    const Place start = line.start;
+    const uint64_t agent = agents_.size();
+    if (input.properties.takeAgentsCard(line, &agents_)) {
+      const Place end = input.source.place();
+      Component card = {&agentsInput_, {agent, start.line}, agents_.size(), number,
+                        component.depth + 1, component.extent};
+      if (&input == &file_) card.extent = extentOf({&input, start, 0, 0, 0, {}}, end.position);
+      if (card.depth > DeepestNesting || queue_.size() == MostNested) {
+        fault(start.line, "nested too deep or too often: left out");
+      } else {
+        queue_.push_back(card);
+      }
+    } else {
+      input.properties.add(line);
+    }
+  }
+  section_.extent = extentOf(component, lines.endPosition());
+  closeSection();
+  return input.source.place();
+}
+
+void ViewBuilder::queueNested(const Component &parent, const ComponentLines &lines,
+                              uint32_t section) {
+  const auto &nested = lines.nested();
+  if (parent.depth == DeepestNesting || queue_.size() == MostNested) {
+    fault(nested.begin.line, "nested too deep or too often: left out");
+    return;
+  }
+  queue_.push_back({parent.input, nested.begin, nested.end, section, parent.depth + 1,
+                    parent.extent});
+}
+
+std::optional<Extent> ViewBuilder::extentOf(const Component &component, uint64_t end) {
+  if (component.input != &file_) return component.extent;
+  const uint64_t offset = unicode_.filePosition(component.begin.position);
+  return Extent{offset, unicode_.filePosition(end) - offset};
+}
+
+// What must be known of a card before its first line is written. The source goes back to where it
+// stood.
+ViewBuilder::Survey ViewBuilder::survey(Input *input, const std::string &name) {
+  const Place here = input->source.place();
+  Survey found;
+  bool hasVersion = false;
+  ComponentLines lines(&input->source, &input->lines, name, nullptr);
+  ContentLine line;
+  while (!hasVersion || !found.hasName) {
+    const ComponentLines::Item item = lines.next(&line);
+    if (item == ComponentLines::Item::End) break;
+    if (item == ComponentLines::Item::Nested) continue;
+    ValueBytes value(&input->source, transferOf(line.parameters), FoldRule::DropsBlank);
+    if (equalsNoCase(line.name, "VERSION") && !hasVersion) {
+      hasVersion = true;
+      std::string_view text = value.next().substr(0, 32);
+      text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+      found.version = text.substr(0, text.find_last_not_of(" \t") + 1);
+    } else if (equalsNoCase(line.name, "FN")) {
+      found.hasName = found.hasName || value.next().find_first_not_of(" \t") != std::string_view::npos;
+    }
+    value.skip();
+  }
+  input->source.moveTo(here);
+  return found;
+}
+
+void ViewBuilder::openSection(int16_t format) {
+  if (format_ != format || view_.size() - documentStart_ > kLargeDocument) {
+    closeDocument();
+    format_ = format;
+    documentStart_ = view_.size();
+  }
+  const bool first = view_.size() == documentStart_;
+  view_.put(format == VcardFormatVcard ? "BEGIN:VCARD\n" : "BEGIN:VCALENDAR\n");
+  // The filter takes the first line of a document with what the summary left behind.
+  if (first) view_.putAbsorber();
+  section_.format = format;
+}
+
+void ViewBuilder::closeSection() {
+  view_.put(section_.format == VcardFormatVcard ? "END:VCARD\n" : "END:VCALENDAR\n");
+  notes_.add(section_);
+}
+
+void ViewBuilder::closeDocument() {
+  if (format_ == 0) return;
+  const ViewDocument document = {format_, {documentStart_, view_.size() - documentStart_}};
+  documents_.append({reinterpret_cast<const char *>(&document), sizeof document});
+  format_ = 0;
+}
+
+// Looks through the whole file once, when the first text is met that names no set and isn't UTF-8.
+const std::string &ViewBuilder::guessedCharset() {
+  if (!guess_.empty()) return guess_;
+  constexpr size_t sample = 64 * 1024;
+  CharsetGuess guess;
+  ByteSource source(unicode_.io(), kNoEnd);
+  ContentLines lines(&source);
+  ContentLine line;
+  std::string text;
+  while (lines.next(&line)) {
+    if (!line.colon) continue;
+    const Transfer transfer = transferOf(line.parameters);
+    const std::vector<Parameter> parameters = parametersOf(line.parameters, VersionRules());
+    ValueBytes value(&source, transfer, FoldRule::DropsBlank);
+    if (transfer != Transfer::Base64 && !valueOf(parameters, "CHARSET")) {
+      text.clear();
+      for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
+        text += piece;
+        if (text.size() > sample) break;
+      }
+      size_t open;
+      if (!isUtf8(text, &open)) guess.put(text);
+    }
+    value.skip();
+  }
+  guess_ = guess.finish();
+  return guess_;
+}
+
+}  // namespace px
