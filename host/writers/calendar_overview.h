@@ -11,7 +11,8 @@
 #include <vector>
 
 #include "host/reading/card_events.h"
-#include "host/writers/card_text.h"
+#include "host/writers/text_look.h"
+#include "host/writers/wrapped_lines.h"
 
 namespace px {
 
@@ -36,6 +37,7 @@ class CalendarOverview : public CardEvents {
   WrappedLines lines_;
   bool wroteAny_ = false;
   bool isEntry_ = false;
+  bool isNamed_ = false;         // the calls tell that it is one
   std::string *line_ = nullptr;  // where text goes
   std::string when_;
   std::string what_;

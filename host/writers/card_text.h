@@ -33,14 +33,10 @@
 
 #include "host/reading/card_events.h"
 #include "host/writers/object_content.h"
+#include "host/writers/text_look.h"
 #include "host/writers/wrapped_lines.h"
 
 namespace px {
-
-struct TextLook {
-  uint32_t width = 80;  // of a line, in columns; a small one counts as 40, Endless doesn't wrap
-  bool color = false;   // bold and dim text, by escape sequences
-};
 
 class CardText : public CardEvents {
  public:
@@ -66,61 +62,70 @@ class CardText : public CardEvents {
   // Where text goes.
   enum class Place {
     Nowhere,
-    Summary,
-    Value,
-    Date,  // held until it is known to be a date or not
+    Text,
+    Date,  // held: it may be a date
     Last,  // held until the section's end
   };
 
-  // What is shown at the end of the section.
-  struct LastRow {
+  // A label and its value, with LF between the value's lines.
+  struct Row {
     std::string label;
-    std::string value;  // lines, each but the first behind a LF
+    std::string value;
   };
 
-  void describe(const Property &property, std::string_view name);
-  void rowFor(const Parameter &parameter);
-  void beginBlock();
+  void describe(const Property &property);
+  void describeParameter(const Parameter &parameter);
+  std::string heading() const;
+
+  void put(std::string_view utf8);
+  void putLines(std::string_view utf8);
+  void holdDates(std::string_view utf8);
+  void putHeld();
   void moveToSummary();
   void moveToValue();
-  void writeLabel();
+  void beginSectionText();
+  void beginListing();
   void writeSubLabel(std::string_view label);
-  void writeRow(std::string_view label, std::string_view value);
-  void writeValue(std::string_view utf8);
-  void writeDates();
-  void writeLastRow(const LastRow &row);
+  void writeStyled(std::string_view utf8, std::string_view sequence);
+  void writeRule(char sign);
 
-  const uint32_t ruleLength_;
-  const bool color_;
+  const TextLook look_;
   const ContentTypeOf contentTypeOf_;
   WrappedLines lines_;
 
+  bool inSection_ = false;
   bool wroteAny_ = false;
   bool ruleDue_ = false;       // between this section and what stands above it
-  bool shown_ = false;         // the section is
+  bool isShown_ = false;       // the section is
   bool isAlarm_ = false;       // it is a block of sub-labels
+  bool alarmDue_ = false;      // whose heading isn't written yet
   bool hasSummary_ = false;    // its business card is shown
-  bool wroteSummary_ = false;  // some of it is written
+  bool wroteSummary_ = false;  // in part
   bool inListing_ = false;     // a property is written
 
   Place place_ = Place::Nowhere;
-  uint32_t breaks_ = 0;  // line breaks that wait for text behind them
+  std::string held_;
+  bool separated_ = false;  // a date stands before the one that is held
+  uint32_t breaks_ = 0;     // line breaks that wait for text behind them
+  bool isOpen_ = false;     // text of the summary's line or of the row is written
+
+  bool inSummary_ = false;
   SummaryKind kind_ = SummaryKind::Entry;
   SummaryKind lastKind_ = SummaryKind::Entry;  // of the line above
-  bool lineOpen_ = false;                      // text of the summary line is written
   bool divided_ = false;                       // an empty line of the address stands above
+  bool underline_ = false;                     // the line is the heading
 
-  std::string label_;       // of the property, with its group's; waits for a value
-  std::string types_;       // what follows it: " (home, voice)"
-  std::string parameters_;  // likewise, of a property that px has no label for
-  std::vector<std::string> rows_;
+  std::string label_;        // of the property; waits for a value
+  std::string additions_;    // what stands in parentheses behind it: "home, voice"
+  std::string group_;        // what the card calls its group, likewise
+  bool isLabelled_ = false;  // px has a label for it
+  bool isKey_ = false;
   bool labelWritten_ = false;
-  bool valueOpen_ = false;  // text stands in the row
-  std::string subLabel_;    // of the field; waits likewise
-  std::string held_;        // of a date or of a last row
-  std::string timeZone_;    // stands behind the date
-  std::string omittedYear_;
-  std::vector<LastRow> last_;
+  std::string_view fieldLabel_;  // waits likewise
+  std::vector<Row> rows_;        // of its parameters
+  std::string timeZone_;         // stands behind a date
+  std::string omittedYear_;      // stands for none in a date
+  std::vector<Row> last_;
 };
 
 }  // namespace px

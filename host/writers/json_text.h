@@ -23,6 +23,10 @@ class JsonStream {
   }
   void Flush() {}  // called at the end of each section: no reason to give out yet
 
+  void put(std::string_view bytes) {
+    for (char byte : bytes) Put(byte);
+  }
+
   // Puts valid UTF-8 as it stands within the quotes of a JSON string; `utf8` is cut between
   // characters. What drives a terminal or ends a line is escaped, so a string is one line for
   // every reader.

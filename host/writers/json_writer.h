@@ -64,22 +64,26 @@ class JsonWriter : public CardEvents {
   void endSection() override;
 
  private:
-  enum class Place { Outside, Section, Summary, SummaryLine, Property };
-  enum class Value { None, String, Fields, Object };
+  enum class Place { Outside, Section, Summary, SummaryLine, Properties, Property };
+  enum class Value { None, Text, Fields, Object };
 
   void beginObject();
-  void key(std::string_view name);
-  void string(std::string_view utf8);
-  void member(std::string_view name, std::string_view utf8);
-  void member(std::string_view name, const std::optional<Extent> &extent);
-  void strings(const std::vector<std::string> &values);
+  void endObject();
+  void closeSection();
+  void summaryText(std::string_view utf8);
+  void moveToSummaryLine();
+  void endSummaryKind();
+  void openProperties();
   void parameters(const std::vector<Parameter> &parameters);
+
+  void key(std::string_view name);
   void beginString();
   void endString();
-  void summaryText(std::string_view utf8);
-  void openSummaryLine();
-  void endSummaryKind();
-  void endSummary();
+  void string(std::string_view utf8);
+  void member(std::string_view name, std::string_view utf8);
+  void member(std::string_view name, uint64_t number);
+  void member(std::string_view name, const std::vector<std::string> &values);
+  void member(const std::optional<Extent> &extent);
 
   const JsonForm form_;
   const ContentTypeOf contentTypeOf_;
@@ -92,14 +96,14 @@ class JsonWriter : public CardEvents {
 
   std::optional<SummaryKind> kind_;  // whose key is open
   SummaryKind lineKind_ = SummaryKind::Entry;
-  bool lineWritten_ = false;  // of the summary, in part
+  bool lineWritten_ = false;  // in part
   uint32_t breaks_ = 0;       // line ends that wait for text behind them
-  bool divided_ = false;      // an empty line that waits likewise
+  bool divided_ = false;      // an empty line of the address waits likewise
 
   Value value_ = Value::None;
   std::optional<Extent> extent_;  // of the property
-  bool parametersWritten_ = false;
-  std::vector<Parameter> late_;
+  bool takesLate_ = false;
+  std::vector<Parameter> late_;  // written at the property's end
 };
 
 }  // namespace px

@@ -11,20 +11,22 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/line_writer.h"
 
 namespace px {
 
-// How many columns valid UTF-8 takes on a terminal.
+// How many columns printable UTF-8 takes on a terminal.
 uint32_t displayWidth(std::string_view utf8);
+
+// How many bytes of printable UTF-8 fit in so many columns.
+size_t lengthWithin(std::string_view utf8, uint32_t columns);
 
 class WrappedLines {
  public:
-  static constexpr uint32_t Endless = 0;  // a width: lines aren't wrapped
-
-  // `width` in columns.
-  WrappedLines(uint32_t width, TextSink sink);
+  // `width` in columns, at least a few dozen.
+  WrappedLines(uint32_t width, TextSink sink) : width_(width), sink_(std::move(sink)) {}
 
   // Adds valid UTF-8 to the line, cut between characters. A character that drives a terminal
   // becomes U+FFFD.
@@ -36,7 +38,7 @@ class WrappedLines {
   // Adds blanks up to the column, counted from 0; none when the line is there already.
   void padTo(uint32_t column);
 
-  // Where the rest of a broken line begins. Has to leave some room before the width.
+  // Where the rest of a broken line begins.
   void setIndent(uint32_t column) { indent_ = column; }
 
   // Ends the line, unless nothing stands in it.
@@ -54,22 +56,25 @@ class WrappedLines {
   uint32_t takeWidest();
 
  private:
-  void writePrintable(std::string_view utf8);
+  void writePlain(std::string_view text);
+  void writeOther(std::string_view utf8);
+  void add(std::string_view text);
   void wrap();
+  void giveLine(size_t end);
   void spill();
-  void giveOut();
 
   const uint32_t width_;
   TextSink sink_;
   std::string held_;  // lines that are whole
-  std::string line_;  // what can still be broken of the line
-  std::string scratch_;
+  std::string line_;  // of the open line, what can still be broken
+  std::string printable_;
   uint32_t indent_ = 0;
   uint32_t column_ = 0;
   uint32_t widest_ = 0;
-  size_t textFrom_ = 0;       // in line_: no blank before it is a place to break
-  size_t break_ = 0;          // in line_, behind the last blank to break at; 0: none
-  uint32_t breakColumn_ = 0;  // likewise
+  bool open_ = false;     // something stands in the line, if only blanks
+  bool hasText_ = false;  // other than padding and blanks: the next blank is a place to break
+  size_t break_ = std::string::npos;  // in line_, behind the last such blank
+  uint32_t breakColumn_ = 0;          // likewise
 };
 
 }  // namespace px
