@@ -12,9 +12,10 @@
 namespace px {
 namespace {
 
-constexpr uint32_t kLabelIndent = 4;  // of a label's further lines
-constexpr size_t kLongestLast = 512;  // bytes of a value that is held for the section's end
-constexpr size_t kMostLast = 8;       // rows
+constexpr uint32_t kLabelIndent = 4;    // of a label's further lines
+constexpr uint32_t kRunTimeId = 79355;  // of an alarm's field
+constexpr size_t kLongestLast = 512;    // bytes of a value that is held for the section's end
+constexpr size_t kMostLast = 8;         // rows
 
 constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kDim = "\x1b[2m";
@@ -234,9 +235,9 @@ void CardText::describe(const Property &property) {
   } else if (!isLabelled_ && property.parameters.empty() && !property.types.empty()) {
     additions_ = "TYPE=" + joined(property.types);
   }
-  place_ = isOneOf(kDates, id, name)               ? Place::Date
-           : isOneOf(kLast, id, name) && !isAlarm_ ? Place::Last
-                                                   : Place::Text;
+  isDate_ = isOneOf(kDates, id, name);
+  const bool isLast = isOneOf(kLast, id, name) && !isAlarm_;
+  place_ = isDate_ ? Place::Date : isLast ? Place::Last : Place::Text;
   if (isMedia) return;
   for (const Parameter &parameter : property.parameters) describeParameter(parameter);
 }
@@ -244,9 +245,9 @@ void CardText::describe(const Property &property) {
 void CardText::describeParameter(const Parameter &parameter) {
   const std::string_view name = parameter.name;
   const std::string values = joined(parameter.values);
-  if (place_ == Place::Date && name == "TZID") {
+  if (isDate_ && name == "TZID") {
     timeZone_ = values;
-  } else if (place_ == Place::Date && name == "X-APPLE-OMIT-YEAR") {
+  } else if (isDate_ && name == "X-APPLE-OMIT-YEAR") {
     omittedYear_ = values;
   } else if (!isLabelled_) {
     const bool isHidden =
@@ -265,7 +266,9 @@ void CardText::describeParameter(const Parameter &parameter) {
 }
 
 void CardText::beginField(uint32_t label) {
+  if (place_ == Place::Nowhere || inSummary_) return;
   putHeld();
+  if (place_ != Place::Last) place_ = isDate_ || label == kRunTimeId ? Place::Date : Place::Text;
   fieldLabel_ = labelText(label);
   isOpen_ = false;
   breaks_ = 0;

@@ -120,6 +120,7 @@ class CardText : public CardEvents {
   std::string group_;        // what the card calls its group, likewise
   bool isLabelled_ = false;  // px has a label for it
   bool isKey_ = false;
+  bool isDate_ = false;
   bool labelWritten_ = false;
   std::string_view fieldLabel_;  // waits likewise
   std::vector<Row> rows_;        // of its parameters

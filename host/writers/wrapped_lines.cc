@@ -16,32 +16,47 @@ constexpr size_t kNone = std::string::npos;
 
 bool isPlain(char byte) { return 0x20 <= byte && byte <= 0x7E; }
 
-// Takes the character at the front of `utf8` and answers its width.
-uint32_t takeCharacter(std::string_view utf8, size_t *length) {
-  utf8proc_int32_t character = 0;
-  const auto *bytes = reinterpret_cast<const utf8proc_uint8_t *>(utf8.data());
-  const auto taken =
-      utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(utf8.size()), &character);
-  *length = taken > 0 ? static_cast<size_t>(taken) : 1;
-  return taken > 0 ? static_cast<uint32_t>(utf8proc_charwidth(character)) : 1;
+struct Character {
+  char32_t code;
+  size_t length;  // in bytes
+  uint32_t width;
+};
+
+// Answers the character at the start of `utf8`.
+Character characterAt(std::string_view utf8) {
+  utf8proc_int32_t code = 0;
+  const auto length = utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t *>(utf8.data()),
+                                       static_cast<utf8proc_ssize_t>(utf8.size()), &code);
+  if (length <= 0) return {0xFFFD, 1, 1};
+  return {static_cast<char32_t>(code), static_cast<size_t>(length),
+          static_cast<uint32_t>(utf8proc_charwidth(code))};
+}
+
+// Kana and ideographs are written without blanks: a line can break before each.
+bool canBeginLine(char32_t code) {
+  return (0x3041 <= code && code <= 0x9FFF) || (0xF900 <= code && code <= 0xFAFF) ||
+         (0x20000 <= code && code <= 0x3FFFF);
 }
 
 }  // namespace
 
 uint32_t displayWidth(std::string_view utf8) {
   uint32_t width = 0;
-  for (size_t length = 0; !utf8.empty(); utf8.remove_prefix(length)) {
-    width += takeCharacter(utf8, &length);
+  while (!utf8.empty()) {
+    const Character character = characterAt(utf8);
+    width += character.width;
+    utf8.remove_prefix(character.length);
   }
   return width;
 }
 
 size_t lengthWithin(std::string_view utf8, uint32_t columns) {
   size_t end = 0;
-  for (size_t length = 0; end < utf8.size(); end += length) {
-    const uint32_t width = takeCharacter(utf8.substr(end), &length);
-    if (width > columns) break;
-    columns -= width;
+  while (end < utf8.size()) {
+    const Character character = characterAt(utf8.substr(end));
+    if (character.width > columns) break;
+    columns -= character.width;
+    end += character.length;
   }
   return end;
 }
@@ -71,8 +86,7 @@ void WrappedLines::writePlain(std::string_view text) {
       text.remove_prefix(length);
     } else if (text[0] == ' ') {
       // The end of a full line is a place to break. Nothing is broken before text follows.
-      break_ = line_.size();
-      breakColumn_ = column_;
+      breakHere();
       text.remove_prefix(1);
     } else {
       wrap();
@@ -81,13 +95,15 @@ void WrappedLines::writePlain(std::string_view text) {
 }
 
 void WrappedLines::writeOther(std::string_view utf8) {
-  for (size_t length = 0; !utf8.empty(); utf8.remove_prefix(length)) {
-    const uint32_t width = takeCharacter(utf8, &length);
-    if (width > width_ - column_) wrap();
-    line_.append(utf8, 0, length);
-    column_ += width;
+  while (!utf8.empty()) {
+    const Character character = characterAt(utf8);
+    if (hasText_ && canBeginLine(character.code)) breakHere();
+    if (character.width > width_ - column_) wrap();
+    line_.append(utf8, 0, character.length);
+    column_ += character.width;
     open_ = hasText_ = true;
     if (line_.size() > kMaxLine) spill();
+    utf8.remove_prefix(character.length);
   }
 }
 
@@ -108,6 +124,11 @@ void WrappedLines::add(std::string_view text) {
   if (line_.size() > kMaxLine) spill();
 }
 
+void WrappedLines::breakHere() {
+  break_ = line_.size();
+  breakColumn_ = column_;
+}
+
 void WrappedLines::addSequence(std::string_view sequence) { line_ += sequence; }
 
 void WrappedLines::padTo(uint32_t column) {
@@ -121,7 +142,7 @@ void WrappedLines::padTo(uint32_t column) {
 
 // Breaks the line at its last blank, or here when there is none that makes the rest shorter.
 void WrappedLines::wrap() {
-  const uint32_t indent = std::min(indent_, width_ / 2);
+  const uint32_t indent = std::min(indent_, width_ - width_ / 4);
   const bool atBlank = break_ != kNone && breakColumn_ > indent;
   const size_t end = atBlank ? break_ : line_.size();
   const uint32_t restColumns = atBlank ? column_ - breakColumn_ : 0;

@@ -1,9 +1,9 @@
 // Text in lines and columns: wrapped to a width, safe on a terminal, given out in pieces of bounded
 // size.
 //
-// A line that grows too wide is broken at its last blank, a word that is wider than the room itself
-// at the width; what stands behind the break begins in the indent column. The line is held until
-// then, and no more than that.
+// A line that grows too wide is broken at its last blank or before an ideograph, a word that is
+// wider than the room itself at the width; what stands behind the break begins in the indent
+// column. The line is held until then, and no more than that.
 
 #ifndef PX_HOST_WRITERS_WRAPPED_LINES_H
 #define PX_HOST_WRITERS_WRAPPED_LINES_H
@@ -59,6 +59,7 @@ class WrappedLines {
   void writePlain(std::string_view text);
   void writeOther(std::string_view utf8);
   void add(std::string_view text);
+  void breakHere();
   void wrap();
   void giveLine(size_t end);
   void spill();
@@ -73,7 +74,7 @@ class WrappedLines {
   uint32_t widest_ = 0;
   bool open_ = false;     // something stands in the line, if only blanks
   bool hasText_ = false;  // other than padding and blanks: the next blank is a place to break
-  size_t break_ = std::string::npos;  // in line_, behind the last such blank
+  size_t break_ = std::string::npos;  // in line_, where it can break last
   uint32_t breakColumn_ = 0;          // likewise
 };
 
