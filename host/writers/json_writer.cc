@@ -108,7 +108,7 @@ void JsonWriter::endSection() { closeSection(); }
 // Closes all that is open, also where a file has ended short.
 void JsonWriter::closeSection() {
   if (place_ == Place::Outside) return;
-  if (place_ == Place::Property) endProperty();
+  endProperty();
   openProperties();
   writer_.EndArray();
   endObject();
@@ -201,6 +201,7 @@ void JsonWriter::openProperties() {
 
 void JsonWriter::beginProperty(const Property &property) {
   if (place_ == Place::Outside) return;
+  endProperty();
   openProperties();
   place_ = Place::Property;
   value_ = Value::None;
