@@ -171,27 +171,30 @@ TEST(CardText, Properties) {
       {"0 X-JABBER: ann", "Jabber", "ann"},
       {"79402 PHOTO;TYPE=jpeg: <>J" + std::string(1233, 'x'), "Photo",
        "[Photo: JPEG image, 1,234 bytes]"},
+      {"79402 PHOTO;TYPE=jpeg;LANGUAGE=de: me.jpg", "Photo", "me.jpg"},
       {"79395 KEY;TYPE=pgp: <>k", "Key (PGP)", "[Key: text, 1 byte]"},
-      {"79361 ATTACH: <a\x1B.txt>text", "Attachment", "[a\uFFFD.txt: text, 4 bytes]"},
-      {"79391 BDAY;X-APPLE-OMIT-YEAR=1604: 1604-03-02", "Birthday", "2 March"},
+      {"79361 ATTACH;TYPE=work: <a\x1B.txt>text", "Attachment", "[a\uFFFD.txt: text, 4 bytes]"},
+      {"79391 BDAY;X-APPLE-OMIT-YEAR=1604: 1604-03-02\n79391 BDAY: 1604-03-02", "Birthday",
+       "2 March\nBirthday                  1604-03-02"},
       {"79391 : --03", "Birthday", "March"},
       {"79391 BDAY: about 1960, in spring", "Birthday", "about 1960, in spring"},
       {"79370 EXDATE;TZID=Oslo: 20240418T1900,20240419", "Exception dates",
        "2024-04-18 19:00, 2024-04-19 Oslo"},
-      {"79378 RDATE: 20240418T19Z/PT1H", "Recurrence dates", "2024-04-18 19:00 UTC/PT1H"},
+      {"79378 RDATE: 20240418/20240419,T19Z/PT1H", "Recurrence dates",
+       "2024-04-18/2024-04-19, 19:00 UTC/PT1H"},
       {"0 X\x7F\xE2\x80\xAE: \xC2\x9B", "X\uFFFD\uFFFD", "\uFFFD"},
-      {"79411 VERSION: " + std::string(600, 'v'), "Version", std::string()},
   };
   for (const auto &[property, label, value] : cases) {
     const std::string gap = label.size() <= 24 ? std::string(26 - displayWidth(label), ' ')
                                                : "\n" + std::string(26, ' ');
     const std::string text = textOf("[VCARD 1 0]\n" + property + "\n");
-    if (value.empty()) {
-      EXPECT_EQ(std::count(text.begin(), text.end(), 'v'), 600);
-    } else {
-      EXPECT_EQ(text, label + gap + value + "\n");
-    }
+    EXPECT_EQ(text, label + gap + value + "\n");
   }
+  // A version that is no version isn't held for the section's end.
+  const std::string text = textOf("[VCARD 1 0]\n79411 VERSION: " + std::string(600, 'v') +
+                                  "\n79411 VERSION: 3.0\n79400 NOTE: n\n");
+  EXPECT_EQ(std::count(text.begin(), text.end(), 'v'), 600);
+  EXPECT_TRUE(text.ends_with(" n\nVersion                   3.0\n")) << text;
   EXPECT_EQ(textOf("[VCARD 1 0]\n79411 VERSION:\n79388 ADR: 79417=|79418=\n0 X;A=b:  \n"), "");
 }
 
@@ -215,6 +218,10 @@ TEST(CardText, Wrapping) {
   const std::string word(200000, 'x');
   EXPECT_EQ(textOf("[VCARD 1 0]\n79400 NOTE: " + word + "\n", {.width = TextLook::Endless}),
             "Note" + column.substr(4) + word + "\n");
+  const std::string parameter(100, 'b');
+  EXPECT_EQ(
+      textOf("[VCARD 1 0]\n0 X;A=" + parameter + ": v\n"),
+      "X (A=" + parameter.substr(25) + "\n    " + parameter.substr(75) + ")\n" + column + "v\n");
   std::string marks;
   for (int i = 0; i < 50000; ++i) marks += "\u0301";
   EXPECT_EQ(textOf("[VCARD 1 0]\nTitle: a" + marks + "\n"), "a" + marks + "\n=\n");

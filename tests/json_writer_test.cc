@@ -54,6 +54,7 @@ TEST(JsonWriter, Sections) {
       "Address: One\\nTwo\n"
       "Address:\n"
       "Address: Three\n"
+      "Address:\n"
       "Telephone/work,pref: 27\n"
       "Telephone: 64\n"
       "Email: a@example.org\n"
@@ -101,9 +102,10 @@ TEST(JsonWriter, Properties) {
        R"("name":"N","label":"Name parts","value":["Family","\nG",""])"},
       {"79360 ATTENDEE: ann\nlate ROLE=CHAIR",
        R"("name":"ATTENDEE","label":"Attendee","value":"ann","params":{"ROLE":["CHAIR"]})"},
-      {"79361 ATTACH: <a\".txt>text",
-       R"("name":"ATTACH","label":"Attachment","object":{"type":"text/plain","size":4,"offset":200,)"
+      {"79361 ATTACH: <a\".txt>" + std::string(40000, 't'),
+       R"("name":"ATTACH","label":"Attachment","object":{"type":"text/plain","size":40000,"offset":200,)"
        R"("length":20,"title":"a\".txt"})"},
+      {"0 X: " + std::string(1, '\0'), R"("name":"X","value":"\u0000")"},
       {"0 : a\\nb", R"("value":"a\nb")"},
       {"0 X: \"\\\t\x01\x7F\xC2\x9B\xC3\xBC\xE2\x80\xA8\xE2\x80\xAE\xE2\x80\x94\U0001F600",
        R"("name":"X","value":"\"\\\t\u0001\u007f\u009b)"

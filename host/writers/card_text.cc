@@ -184,7 +184,7 @@ void CardText::endSummaryLine(const std::vector<std::string> &types) {
   } else {
     divided_ = kind_ == SummaryKind::Address;
   }
-  inSummary_ = underline_ = isOpen_ = separated_ = false;
+  inSummary_ = underline_ = isOpen_ = false;
   breaks_ = 0;
   place_ = Place::Nowhere;
 }
@@ -310,7 +310,7 @@ void CardText::endProperty() {
   lines_.endLine();
   place_ = Place::Nowhere;
   fieldLabel_ = {};
-  labelWritten_ = isOpen_ = separated_ = false;
+  labelWritten_ = isOpen_ = false;
   breaks_ = 0;
   rows_.clear();
   timeZone_.clear();
