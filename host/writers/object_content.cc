@@ -1,0 +1,108 @@
+#include "host/writers/object_content.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+#include <vector>
+
+namespace px {
+namespace {
+
+constexpr size_t kPiece = 16 * 1024;
+
+struct Kind {
+  std::string_view mime;
+  std::string_view text;
+};
+
+constexpr Kind kKinds[] = {
+    {"application/msword", "Word document"},
+    {"application/pdf", "PDF document"},
+    {"application/pgp-keys", "PGP key"},
+    {"application/pkcs7-signature", "signature"},
+    {"application/pkix-cert", "certificate"},
+    {"application/rtf", "RTF document"},
+    {"application/vnd.ms-excel", "Excel sheet"},
+    {"application/vnd.ms-powerpoint", "PowerPoint slides"},
+    {"application/vnd.oasis.opendocument.spreadsheet", "OpenDocument sheet"},
+    {"application/vnd.oasis.opendocument.text", "OpenDocument text"},
+    {"application/vnd.openxmlformats-officedocument.presentationml.presentation",
+     "PowerPoint slides"},
+    {"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet", "Excel sheet"},
+    {"application/vnd.openxmlformats-officedocument.wordprocessingml.document", "Word document"},
+    {"application/x-x509-ca-cert", "certificate"},
+    {"application/zip", "ZIP archive"},
+    {"audio/basic", "AU sound"},
+    {"audio/mp4", "MP4 sound"},
+    {"audio/mpeg", "MP3 sound"},
+    {"audio/ogg", "Ogg sound"},
+    {"audio/x-aiff", "AIFF sound"},
+    {"audio/x-wav", "WAVE sound"},
+    {"image/bmp", "BMP image"},
+    {"image/gif", "GIF image"},
+    {"image/heic", "HEIC image"},
+    {"image/jpeg", "JPEG image"},
+    {"image/png", "PNG image"},
+    {"image/svg+xml", "SVG image"},
+    {"image/tiff", "TIFF image"},
+    {"image/webp", "WebP image"},
+    {"image/x-ms-bmp", "BMP image"},
+    {"image/x-pict", "PICT image"},
+    {"text/calendar", "calendar"},
+    {"text/html", "HTML text"},
+    {"text/plain", "text"},
+    {"text/rtf", "RTF document"},
+    {"text/vcard", "card"},
+    {"video/mp4", "MP4 video"},
+    {"video/mpeg", "MPEG video"},
+    {"video/quicktime", "QuickTime video"},
+};
+
+static_assert(std::adjacent_find(std::begin(kKinds), std::end(kKinds),
+                                 [](const Kind &a, const Kind &b) { return a.mime >= b.mime; }) ==
+              std::end(kKinds));
+
+// Fills the buffer as far as the content goes and answers how far.
+size_t readFull(VcardIo *io, std::vector<char> *buffer) {
+  size_t filled = 0;
+  while (filled < buffer->size()) {
+    uint32_t count = 0;
+    const auto room = static_cast<uint32_t>(buffer->size() - filled);
+    if (io->Read(io, buffer->data() + filled, room, &count) != 0) {
+      throw std::runtime_error("an embedded object can't be read");
+    }
+    if (count == 0) break;
+    filled += count;
+  }
+  return filled;
+}
+
+}  // namespace
+
+ObjectContent examineContent(const PlacedObject &object, const ContentTypeOf &contentTypeOf) {
+  std::vector<char> piece(kPiece);
+  const OpenIo io = object.open();
+  size_t count = readFull(io.get(), &piece);
+  ObjectContent content{contentTypeOf(piece.data(), count), count};
+  if (object.size) {
+    content.size = *object.size;
+    return content;
+  }
+  while (count == kPiece) content.size += count = readFull(io.get(), &piece);
+  return content;
+}
+
+std::string_view contentKind(std::string_view mime) {
+  const Kind *found =
+      std::lower_bound(std::begin(kKinds), std::end(kKinds), mime,
+                       [](const Kind &kind, std::string_view type) { return kind.mime < type; });
+  return found != std::end(kKinds) && found->mime == mime ? found->text : "data";
+}
+
+std::string sizeInWords(uint64_t bytes) {
+  std::string digits = std::to_string(bytes);
+  for (size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, 1, ',');
+  return digits + (bytes == 1 ? " byte" : " bytes");
+}
+
+}  // namespace px
