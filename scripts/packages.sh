@@ -1,7 +1,7 @@
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
 build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libmagic-dev"
-test_packages="libgtest-dev libbenchmark-dev"
+test_packages="libgtest-dev libbenchmark-dev python3 python3-jsonschema"
 
 need_packages() {
   local missing=() name
