@@ -54,7 +54,8 @@ def split(line):
 
 
 def encoding(pieces):
-    words = re.split(rb"\s*[;=]\s*", split(b"".join(pieces[:20]))[0].upper())
+    head = split(b"".join(pieces[:20]))[0]
+    words = re.split(rb"[;=]", b"".join(head.split()).upper())  # even with a fold in a word
     if b"QUOTED-PRINTABLE" in words:
         return "quoted"
     return "base64" if b"BASE64" in words or b"ENCODING" in words and b"B" in words else ""
@@ -68,12 +69,12 @@ def goes_on(pieces, piece):
 
 
 def join(pieces, old):
-    text, kind = pieces[0], encoding(pieces)
+    text, quoted = pieces[0], encoding(pieces) == "quoted"
     for piece in pieces[1:]:
-        if kind == "quoted" and text.rstrip().endswith(b"="):
+        if quoted and text.rstrip().endswith(b"="):
             text = text.rstrip()[:-1] + piece
         else:
-            text += piece if old or kind == "base64" else piece[1:]
+            text += piece if old or piece[:1] not in b" \t" else piece[1:]
     return split(text)
 
 
