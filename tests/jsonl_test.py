@@ -262,7 +262,7 @@ def compare_summary(section, summary):
 
 
 def compare(sections, shown):
-    yield "sections", [one["component"] for one in shown], [one.component for one in sections]
+    yield "sections", [one.get("component") for one in shown], [one.component for one in sections]
     for place, (section, got) in enumerate(zip(sections, shown), 1):
         section.place = place
         wanted = {"section": place, "partOf": None, "agentOf": None,
@@ -273,9 +273,9 @@ def compare(sections, shown):
         yield f"section {place}", {key: got.get(key) for key in wanted}, wanted
         here = section.source.is_at(got, section.start, section.stop)
         yield f"section {place} in place", here, True
-        left = list(got["properties"])
+        left = list(got.get("properties", []))
         for line in section.properties:
-            there = left and left[0]["name"] == line.name
+            there = left and left[0].get("name") == line.name
             if line.optional:
                 if there and section.source.is_at(left[0], line.start, line.stop):
                     left.pop(0)
