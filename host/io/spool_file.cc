@@ -48,7 +48,8 @@ size_t SpoolFile::readAt(uint64_t position, void *to, size_t size) const {
   auto *bytes = static_cast<char *>(to);
   size_t count = 0;
   while (count < size && position + count < spilled_) {
-    const size_t wanted = static_cast<size_t>(std::min<uint64_t>(size - count, spilled_ - position - count));
+    const size_t wanted =
+        static_cast<size_t>(std::min<uint64_t>(size - count, spilled_ - position - count));
     const ssize_t got =
         pread(file_.number(), bytes + count, wanted, static_cast<off_t>(position + count));
     if (got < 0 && errno == EINTR) continue;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "host/label_texts.h"
+#include "host/labels/label_texts.h"
 
 namespace px {
 namespace {
@@ -164,14 +164,6 @@ std::string_view find(const Label (&labels)[N], std::string_view name) {
 }
 
 }  // namespace
-
-std::string inCapitals(std::string_view name) {
-  std::string capitals(name);
-  for (char &c : capitals) {
-    if ('a' <= c && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return capitals;
-}
 
 std::string_view propertyLabel(uint32_t label, std::string_view name) {
   const std::string_view known =

@@ -10,9 +10,6 @@
 
 namespace px {
 
-// Names of properties and parameters compare in capitals.
-std::string inCapitals(std::string_view name);
-
 // Answers the label of a property with the string id `label`, 0 for none, and the name, in
 // capitals, which may be empty; an empty text when there is none.
 std::string_view propertyLabel(uint32_t label, std::string_view name);

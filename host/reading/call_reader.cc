@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "host/source/ascii_case.h"
 #include "host/source/content_lines.h"
 #include "host/source/line_parameters.h"
 #include "host/source/value_text.h"
@@ -46,7 +47,8 @@ class PlacedBase64 final : public PlacedObject {
     constexpr uint32_t base64 = 2;
     VcardIo *opened = nullptr;
     // The ranges that the filter gives are never empty, so what fails is memory.
-    if (filter_.doSpecial(stream_, start_, &opened, length_, 0, base64) != 0) throw std::bad_alloc();
+    if (filter_.doSpecial(stream_, start_, &opened, length_, 0, base64) != 0)
+      throw std::bad_alloc();
     return OpenIo(opened);
   }
 
@@ -55,14 +57,6 @@ class PlacedBase64 final : public PlacedObject {
   VcardStream *stream_;
   uint64_t start_, length_;
 };
-
-std::string inSmallLetters(std::string_view text) {
-  std::string small(text);
-  for (char &c : small) {
-    if ('A' <= c && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return small;
-}
 
 }  // namespace
 
@@ -209,12 +203,24 @@ void CallReader::emitChars(std::span<const uint16_t> codes) {
   std::string whole;
   whole.swap(run_);
   switch (place_) {
-    case Place::Summary: summaryText(whole); break;
-    case Place::Label: property_.name += whole.substr(0, kLongestList - std::min(kLongestList, property_.name.size())); break;
-    case Place::List: list_ += whole.substr(0, kLongestList - std::min(kLongestList, list_.size())); break;
-    case Place::Value: valueText(whole); break;
-    case Place::Title: title_ += whole; break;
-    case Place::Nothing: break;
+    case Place::Summary:
+      summaryText(whole);
+      break;
+    case Place::Label:
+      property_.name +=
+          whole.substr(0, kLongestList - std::min(kLongestList, property_.name.size()));
+      break;
+    case Place::List:
+      list_ += whole.substr(0, kLongestList - std::min(kLongestList, list_.size()));
+      break;
+    case Place::Value:
+      valueText(whole);
+      break;
+    case Place::Title:
+      title_ += whole;
+      break;
+    case Place::Nothing:
+      break;
   }
   stringBegins_ = false;
   run_ = last;
@@ -225,14 +231,23 @@ void CallReader::takeRun() {
   decoder_.finish(&run_);
   if (run_.empty()) return;
   switch (place_) {
-    case Place::Summary: summaryText(run_); break;
-    case Place::Label: property_.name += run_; break;
+    case Place::Summary:
+      summaryText(run_);
+      break;
+    case Place::Label:
+      property_.name += run_;
+      break;
     case Place::List:
       if (list_.size() < kLongestList) list_ += run_;
       break;
-    case Place::Value: valueText(run_); break;
-    case Place::Title: title_ += run_; break;
-    case Place::Nothing: break;
+    case Place::Value:
+      valueText(run_);
+      break;
+    case Place::Title:
+      title_ += run_;
+      break;
+    case Place::Nothing:
+      break;
   }
   stringBegins_ = false;
   run_.clear();
@@ -304,8 +319,8 @@ void CallReader::beginHeading(uint32_t height) {
     if (style.role == Role::Heading) heights.push_back(style.height);
   }
   std::sort(heights.begin(), heights.end(), std::greater<>());
-  heading_ = static_cast<uint32_t>(std::find(heights.begin(), heights.end(), height) -
-                                   heights.begin());
+  heading_ =
+      static_cast<uint32_t>(std::find(heights.begin(), heights.end(), height) - heights.begin());
   kind_ = kindOfBlock();
   if (holding_ && heading_ == kSmallestHeading) held_.resize(block_ + 1);
 }
@@ -514,8 +529,8 @@ void CallReader::putViewValue(const Extent &value, SummaryRole role) {
   std::vector<std::string> fields(1);
   std::string_view rest = encoded;
   for (;;) {
-    const size_t end = role == SummaryRole::Address ? std::min(rest.find(';'), rest.size())
-                                                    : rest.size();
+    const size_t end =
+        role == SummaryRole::Address ? std::min(rest.find(';'), rest.size()) : rest.size();
     appendUnquoted(rest.substr(0, end), &fields.back());
     if (end == rest.size()) break;
     fields.emplace_back();
@@ -574,10 +589,8 @@ void CallReader::beginValue() {
 void CallReader::takeList() {
   if (property_.label == 0 && list_.starts_with(kParametersBegin) && list_.ends_with(kListEnd) &&
       list_.size() >= kParametersBegin.size() + kListEnd.size()) {
-    const std::string_view text =
-        std::string_view(list_).substr(kParametersBegin.size(), list_.size() -
-                                                                    kParametersBegin.size() -
-                                                                    kListEnd.size());
+    const std::string_view text = std::string_view(list_).substr(
+        kParametersBegin.size(), list_.size() - kParametersBegin.size() - kListEnd.size());
     std::vector<HeadParameter> split;
     splitParameters(text, ContentLines::MostParameters, &split);
     property_.parameters = parametersOf(split, VersionRules());
@@ -685,8 +698,8 @@ void CallReader::beginField(uint32_t label) {
   // An alarm doesn't show its empty fields.
   if (known_ && known_->form == PropertyForm::Rows) {
     const auto fields = known_->fields;
-    const auto at = static_cast<size_t>(std::find(fields.begin(), fields.end(), label) -
-                                        fields.begin());
+    const auto at =
+        static_cast<size_t>(std::find(fields.begin(), fields.end(), label) - fields.begin());
     for (; fields_ < at && at < fields.size(); ++fields_) {
       if (!muted_) events_.beginField(fields[fields_]);
     }

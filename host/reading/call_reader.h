@@ -128,17 +128,17 @@ class CallReader : public Output {
   std::optional<SectionNote> note_;
 
   // Of the summary.
-  uint32_t heading_ = 0;         // which of the heading styles, from 0; each is smaller
-  uint32_t block_ = 0;           // paragraphs in the smallest, or, of a calendar, in any
+  uint32_t heading_ = 0;  // which of the heading styles, from 0; each is smaller
+  uint32_t block_ = 0;    // paragraphs in the smallest, or, of a calendar, in any
   SummaryKind kind_ = SummaryKind::Entry;
   bool lineOpen_ = false;
-  bool separator_ = false;       // stands between two parts of a name
-  uint32_t breaks_ = 0;          // line breaks that wait for text behind them
-  bool stringBegins_ = false;    // what comes next begins a string
+  bool separator_ = false;     // stands between two parts of a name
+  uint32_t breaks_ = 0;        // line breaks that wait for text behind them
+  bool stringBegins_ = false;  // what comes next begins a string
   bool inTypes_ = false;
   std::vector<std::string> types_;
-  bool holding_ = false;         // lines wait in held_
-  bool lineHeld_ = false;        // the last of them is open
+  bool holding_ = false;                     // lines wait in held_
+  bool lineHeld_ = false;                    // the last of them is open
   std::vector<std::vector<HeldLine>> held_;  // by block
   size_t heldSize_ = 0;
   SummaryRole addressRole_ = SummaryRole::None;  // which of the notes the filter's address is of
@@ -149,14 +149,14 @@ class CallReader : public Output {
   bool propertyOpen_ = false;
   bool muted_ = false;  // its events are dropped
   Property property_;
-  std::string list_;             // text behind the label
+  std::string list_;  // text behind the label
   std::optional<LineNote> line_;
   const KnownProperty *known_ = nullptr;
-  uint32_t tabsDue_ = 0;         // tabs that are layout
+  uint32_t tabsDue_ = 0;  // tabs that are layout
   bool inSubLabel_ = false;
   bool fieldOpen_ = false;
-  bool skipsField_ = false;      // its text is of an attendee's parameter
-  uint32_t fields_ = 0;          // so far
+  bool skipsField_ = false;  // its text is of an attendee's parameter
+  uint32_t fields_ = 0;      // so far
   Parameter late_;
   bool blankHeld_ = false;
 

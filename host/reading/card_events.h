@@ -57,12 +57,12 @@ enum class SummaryKind {
 };
 
 struct Property {
-  uint32_t label = 0;              // string id of its label; 0: it has none
-  std::string name;                // as the file writes it; empty: the line has none
-  std::string group;               // "item1"; empty: none
-  std::string groupLabel;          // what an X-ABLabel line of the group calls it, or empty
-  bool labelsGroup = false;        // it is such a line, and another property shows its text
-  std::vector<std::string> types;  // "work", in small letters: known ones first, in fixed order
+  uint32_t label = 0;                 // string id of its label; 0: it has none
+  std::string name;                   // as the file writes it; empty: the line has none
+  std::string group;                  // "item1"; empty: none
+  std::string groupLabel;             // what an X-ABLabel line of the group calls it, or empty
+  bool labelsGroup = false;           // it is such a line, and another property shows its text
+  std::vector<std::string> types;     // "work", in small letters: known ones first, in fixed order
   std::vector<Parameter> parameters;  // all of them, TYPE too, in the order of the file
   std::optional<Extent> extent;       // from the line's first byte to its line end
 };

@@ -3,25 +3,17 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <memory>
-#include <new>
 #include <sstream>
 #include <stdexcept>
 
 #include "host/io/base64_io.h"
-#include "host/saving/content_type.h"
 #include "host/labels/label_texts.h"
+#include "host/saving/content_type.h"
 
 namespace px {
 namespace {
 
 constexpr size_t kBufferSize = 65536;
-constexpr uint32_t kBase64 = 2;
-
-struct CloseIo {
-  void operator()(VcardIo *io) const { io->Close(io); }
-};
-using OpenIo = std::unique_ptr<VcardIo, CloseIo>;
 
 // A title's extension, with its dot; empty when it has none. Some letters and digits, so that it
 // is safe in a file name as it stands.
@@ -49,24 +41,31 @@ std::string chooseExtension(std::string_view title, const ContentType &type) {
   return best;
 }
 
-// The label as the middle of a file name: "Sound alarm" gives "sound-alarm".
-std::string labelAsName(uint32_t label) {
-  std::string name(labelText(label));
+// The label as the middle of a file name: "Sound alarm" gives "sound-alarm". A property without one
+// goes by its own name.
+std::string asFileName(const Property &property) {
+  std::string name(property.label != 0 ? labelText(property.label) : property.name);
   for (char &c : name) {
     if ('A' <= c && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
     if (c == ' ') c = '-';
   }
+  constexpr size_t longest = 64;
+  if (name.size() > longest) name.clear();
+  name = safeFileName(name, "");
   return name.empty() ? "object" : name;
 }
 
 }  // namespace
 
-ObjectExtraction::ObjectExtraction(const FilterLibrary &filter, SaveDirectory *directory,
-                                   CheckInput checkInput, Report report)
-    : filter_(filter),
-      directory_(*directory),
-      checkInput_(std::move(checkInput)),
-      report_(std::move(report)) {}
+ObjectExtraction::ObjectExtraction(SaveDirectory *directory, CheckInput checkInput, Report report)
+    : directory_(*directory), checkInput_(std::move(checkInput)), report_(std::move(report)) {}
+
+void ObjectExtraction::beginSection(const Section &section) {
+  section_ = section.number;
+  count_.clear();
+}
+
+void ObjectExtraction::beginProperty(const Property &property) { name_ = asFileName(property); }
 
 // Fills the buffer from the object as far as there are bytes; answers their number.
 size_t ObjectExtraction::readFull(VcardIo *io) {
@@ -83,84 +82,29 @@ size_t ObjectExtraction::readFull(VcardIo *io) {
   return filled;
 }
 
-void ObjectExtraction::save(std::string_view title) {
+void ObjectExtraction::object(const PlacedObject &object) {
   checkInput_();
   if (buffer_.empty()) buffer_.resize(kBufferSize);
-
-  VcardIo *opened = nullptr;
-  // The ranges that the filter gives are never empty, so what fails is memory.
-  if (filter_.doSpecial(stream_, start_, &opened, length_, 0, kBase64) != 0) throw std::bad_alloc();
-  const OpenIo object(opened);
+  const OpenIo content = object.open();
 
   SavedObject saved;
   directory_.begin();
-  size_t count = readFull(object.get());
+  size_t count = readFull(content.get());
   const ContentType type = guessContentType({buffer_.data(), count});
   while (count > 0) {
     directory_.write(buffer_.data(), count);
     saved.size += count;
-    count = readFull(object.get());
+    count = readFull(content.get());
   }
 
-  const std::string extension = chooseExtension(title, type);
-  const std::string neutral = std::to_string(section_) + "-" + labelAsName(label_) + "-" +
-                              std::to_string(++count_[label_]) + extension;
-  saved.name = directory_.commit(safeFileName(title, extension), neutral, extension);
+  const std::string extension = chooseExtension(object.title, type);
+  const std::string neutral =
+      std::to_string(section_) + "-" + name_ + "-" + std::to_string(++count_[name_]) + extension;
+  saved.name = directory_.commit(safeFileName(object.title, extension), neutral, extension);
   saved.card = section_;
   saved.type = type.mime;
-  saved.damaged = badBase64Byte(object.get()).found;
+  saved.damaged = badBase64Byte(content.get()).found;
   report_(saved);
-}
-
-void ObjectExtraction::beginSection(uint32_t, uint32_t, uint32_t) {
-  ++section_;
-  count_.clear();
-}
-
-void ObjectExtraction::setObjectData(uint32_t selector, uint64_t a, uint64_t b) {
-  // An object's range reaches one byte past its text, an attachment's doesn't.
-  if (selector == SoObjectDataRange) {
-    start_ = a;
-    length_ = b - 1;
-  } else if (selector == SoObjectDataExtent) {
-    start_ = a;
-    length_ = b - a;
-  }
-}
-
-void ObjectExtraction::emitObject(const VcardObjectRecord &) { save({}); }
-
-// An attachment is what its definition says, and the characters in between are its title.
-
-void ObjectExtraction::beginDefinition(uint32_t type, uint32_t id, const void *record) {
-  if (type == SoDefinitionAttachment) {
-    inTitle_ = true;
-    title_.clear();
-  } else if (type == SoDefinitionStyle) {
-    if (static_cast<const VcardStyleDef *>(record)->StyleDefKind == 1) paragraphStyles_.insert(id);
-  }
-}
-
-void ObjectExtraction::emitChar(uint16_t code) {
-  if (inTitle_) decoder_.put(code, &title_);
-}
-
-void ObjectExtraction::endDefinition(uint32_t type, uint32_t) {
-  if (type != SoDefinitionAttachment) return;
-  inTitle_ = false;
-  decoder_.finish(&title_);
-  save(title_);
-}
-
-// The first string behind a paragraph style is the property's label.
-
-void ObjectExtraction::useStyle(uint32_t id) {
-  if (paragraphStyles_.count(id) > 0) labelExpected_ = true;
-}
-
-void ObjectExtraction::emitResourceString(uint32_t id) {
-  if (labelExpected_) label_ = id;
-  labelExpected_ = false;
 }
 
 }  // namespace px

@@ -37,8 +37,8 @@ void ByteSource::fill() {
   lineFeed_ = filled_ + 1;
 }
 
-// The next LF is looked for once, so that a file of lone CRs costs no search of the whole buffer for
-// each of its lines.
+// The next LF is looked for once, so that a file of lone CRs costs no search of the whole buffer
+// for each of its lines.
 std::string_view ByteSource::readyInLine(bool *ended) {
   const std::string_view bytes = ready();
   const auto find = [&](char wanted, size_t size) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/source/ascii_case.h"
 #include "host/source/line_parameters.h"
 
 namespace px {

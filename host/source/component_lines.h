@@ -38,12 +38,13 @@ class ComponentLines {
 
   struct NestedComponent {
     std::string name;
-    Place begin;           // of its BEGIN line
-    uint64_t end = 0;      // position behind it
+    Place begin;       // of its BEGIN line
+    uint64_t end = 0;  // position behind it
   };
 
   // `source` stands behind the BEGIN line of the component `name`. `faults` may be null.
-  ComponentLines(ByteSource *source, ContentLines *lines, std::string name, const FaultSink *faults);
+  ComponentLines(ByteSource *source, ContentLines *lines, std::string name,
+                 const FaultSink *faults);
 
   Item next(ContentLine *line);
 

@@ -8,8 +8,6 @@ namespace {
 
 bool isBlank(int c) { return c == ' ' || c == '\t'; }
 
-char toCapital(char c) { return 'a' <= c && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
 // Where the parameter that begins at `from` ends. Between quotes a semicolon is text, when `guard`.
 size_t parameterEnd(std::string_view head, size_t from, bool guard) {
   bool quoted = false;
@@ -21,18 +19,6 @@ size_t parameterEnd(std::string_view head, size_t from, bool guard) {
 }
 
 }  // namespace
-
-bool equalsNoCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-           return toCapital(x) == toCapital(y);
-         });
-}
-
-std::string inCapitals(std::string_view text) {
-  std::string result(text);
-  for (char &c : result) c = toCapital(c);
-  return result;
-}
 
 bool splitParameters(std::string_view text, size_t most, std::vector<HeadParameter> *parameters) {
   const bool guard = std::count(text.begin(), text.end(), '"') % 2 == 0;
@@ -131,9 +117,8 @@ void ContentLines::split(std::string_view head, ContentLine *line) {
   line->name = period == name.npos ? name : name.substr(period + 1);
 
   line->parameters.clear();
-  line->parametersCut =
-      end < head.size() &&
-      !splitParameters(head.substr(end + 1), MostParameters, &line->parameters);
+  line->parametersCut = end < head.size() &&
+                        !splitParameters(head.substr(end + 1), MostParameters, &line->parameters);
 }
 
 }  // namespace px

@@ -32,21 +32,15 @@ struct HeadParameter {
 bool splitParameters(std::string_view text, size_t most, std::vector<HeadParameter> *parameters);
 
 struct ContentLine {
-  Place start;      // of the line's first byte
-  Place value;      // of the value's first byte
-  Place end;        // of a line without a colon: of its line end
+  Place start;  // of the line's first byte
+  Place value;  // of the value's first byte
+  Place end;    // of a line without a colon: of its line end
   bool colon = false;
   std::string_view group;  // "item1"; without its period
   std::string_view name;
   std::vector<HeadParameter> parameters;
   bool parametersCut = false;  // there are more than ContentLines::MostParameters
 };
-
-// Whether two texts are the same but for the case of the letters A to Z.
-bool equalsNoCase(std::string_view a, std::string_view b);
-
-// `text` with a to z in capitals.
-std::string inCapitals(std::string_view text);
 
 class ContentLines {
  public:

@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <unordered_set>
 
-#include "host/source/content_lines.h"
+#include "host/source/ascii_case.h"
 
 namespace px {
 namespace {
@@ -16,10 +16,8 @@ namespace {
 class RecordWriter {
  public:
   template <class Number>
-    requires std::is_arithmetic_v<Number>
-  void put(Number number) {
-    bytes_.append(reinterpret_cast<const char *>(&number), sizeof number);
-  }
+  requires std::is_arithmetic_v<Number>
+  void put(Number number) { bytes_.append(reinterpret_cast<const char *>(&number), sizeof number); }
   void put(const std::string &text) {
     put(static_cast<uint32_t>(text.size()));
     bytes_ += text;
@@ -58,10 +56,8 @@ class RecordReader {
   explicit RecordReader(SpoolReader *spool) : spool_(*spool) {}
 
   template <class Number>
-    requires std::is_arithmetic_v<Number>
-  void take(Number *number) {
-    spool_.read(number, sizeof *number);
-  }
+  requires std::is_arithmetic_v<Number>
+  void take(Number *number) { spool_.read(number, sizeof *number); }
   void take(std::string *text) {
     uint32_t size;
     take(&size);
@@ -143,10 +139,7 @@ std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
   for (const Parameter &parameter : parameters) {
     if (parameter.name != "TYPE") continue;
     for (const std::string &value : parameter.values) {
-      std::string small = value;
-      for (char &c : small) {
-        if ('A' <= c && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-      }
+      std::string small = inSmallLetters(value);
       const int number = knownType(small);
       types.emplace_back(number < 0 ? INT32_MAX : number, std::move(small));
     }

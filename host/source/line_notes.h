@@ -47,12 +47,12 @@ struct LineNote {
   std::vector<Parameter> parameters;
   std::optional<Extent> extent;
 
-  bool breakAdded = false;      // a line end was put behind the value
-  bool fieldsInText = false;    // fields stand in one text, divided by FieldDivider
-  uint32_t fieldCount = 0;      // of a value of lines: as many fields it has,
-  uint32_t emptyFields = 0;     // and, bit by bit, which of them are empty
-  std::optional<Extent> data;   // an object's Base64 text in the file,
-  uint64_t dataSize = 0;        // and the size of its content
+  bool breakAdded = false;     // a line end was put behind the value
+  bool fieldsInText = false;   // fields stand in one text, divided by FieldDivider
+  uint32_t fieldCount = 0;     // of a value of lines: as many fields it has,
+  uint32_t emptyFields = 0;    // and, bit by bit, which of them are empty
+  std::optional<Extent> data;  // an object's Base64 text in the file,
+  uint64_t dataSize = 0;       // and the size of its content
 };
 
 // A line of the view that the summary is made of.

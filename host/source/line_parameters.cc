@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "host/source/ascii_case.h"
+
 namespace px {
 namespace {
 
@@ -28,7 +30,11 @@ std::string withoutCarets(std::string_view text) {
   std::string result;
   for (size_t at = 0; at < text.size(); ++at) {
     const char next = at + 1 < text.size() ? text[at + 1] : '\0';
-    const char meant = text[at] != '^' ? '\0' : next == 'n' ? '\n' : next == '\'' ? '"' : next == '^' ? '^' : '\0';
+    const char meant = text[at] != '^' ? '\0'
+                       : next == 'n'   ? '\n'
+                       : next == '\''  ? '"'
+                       : next == '^'   ? '^'
+                                       : '\0';
     if (meant != '\0') ++at;
     result += meant != '\0' ? meant : text[at];
   }
@@ -37,7 +43,8 @@ std::string withoutCarets(std::string_view text) {
 
 // Adds the values of a list: divided by commas outside of quotes, and the quotes taken away. A
 // quoted list of types is a list all the same.
-void addValues(std::string_view text, bool isType, const VersionRules &rules, Parameter *parameter) {
+void addValues(std::string_view text, bool isType, const VersionRules &rules,
+               Parameter *parameter) {
   const bool guard = std::count(text.begin(), text.end(), '"') % 2 == 0;
   std::string value;
   bool quoted = false;
@@ -63,8 +70,8 @@ void addValues(std::string_view text, bool isType, const VersionRules &rules, Pa
 VersionRules rulesOf(std::string_view version, bool calendar) {
   version = trimmed(version);
   VersionRules rules;
-  const bool early = calendar ? version.starts_with('1')
-                              : !version.starts_with('3') && !version.starts_with('4');
+  const bool early =
+      calendar ? version.starts_with('1') : !version.starts_with('3') && !version.starts_with('4');
   if (!early) {
     rules.escapes = true;
     rules.fold = FoldRule::DropsBlank;
@@ -81,7 +88,8 @@ Transfer transferOf(const std::vector<HeadParameter> &parameters) {
     if (!named && !parameter.name.empty()) continue;
     if (isOneOf(value, {"QUOTED-PRINTABLE", "\"QUOTED-PRINTABLE\""})) {
       transfer = Transfer::QuotedPrintable;
-    } else if (isOneOf(value, {"BASE64", "\"BASE64\""}) || (named && isOneOf(value, {"B", "\"B\""}))) {
+    } else if (isOneOf(value, {"BASE64", "\"BASE64\""}) ||
+               (named && isOneOf(value, {"B", "\"B\""}))) {
       transfer = Transfer::Base64;
     }
   }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "host/source/content_lines.h"
+#include "host/source/ascii_case.h"
 #include "px/vcrd.h"
 
 namespace px {
@@ -78,15 +78,15 @@ constexpr KnownProperty kCalendar[] = {
 };
 
 constexpr std::string_view kWritten[] = {
-    "dom",        "intl",    "postal",   "parcel",  "home",      "work",       "pref",    "voice",
-    "fax",        "msg",     "cell",     "pager",   "bbs",       "modem",      "car",     "isdn",
-    "video",      "aol",     "applelink", "attmail", "cis",      "eworld",     "internet",
-    "ibmmail",    "mcimail", "powershare", "prodigy", "tlx",     "x400",       "x509",    "pgp"};
+    "dom",     "intl",       "postal",    "parcel",  "home", "work",   "pref",     "voice",
+    "fax",     "msg",        "cell",      "pager",   "bbs",  "modem",  "car",      "isdn",
+    "video",   "aol",        "applelink", "attmail", "cis",  "eworld", "internet", "ibmmail",
+    "mcimail", "powershare", "prodigy",   "tlx",     "x400", "x509",   "pgp"};
 
 // Kinds of pictures and sounds: known, and never written.
-constexpr std::string_view kUnwritten[] = {"gif",  "cgm",   "wmf", "bmp",  "met",   "pmb", "dib",
-                                           "pict", "tiff",  "pdf", "ps",   "jpeg",  "qtime",
-                                           "mpeg", "mpeg2", "avi", "wave", "aiff",  "pcm"};
+constexpr std::string_view kUnwritten[] = {"gif",   "cgm",  "wmf",  "bmp",  "met",  "pmb",   "dib",
+                                           "pict",  "tiff", "pdf",  "ps",   "jpeg", "qtime", "mpeg",
+                                           "mpeg2", "avi",  "wave", "aiff", "pcm"};
 
 template <class Test>
 const KnownProperty *find(int16_t format, Test test) {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdio>
 
+#include "host/source/ascii_case.h"
 #include "host/source/value_text.h"
 #include "px/vcrd.h"
 
@@ -99,7 +100,8 @@ void PropertyView::add(const ContentLine &line) {
   }
 }
 
-// The texts of `line` go with the buffer that they lie in, so they are kept before the value is read.
+// The texts of `line` go with the buffer that they lie in, so they are kept before the value is
+// read.
 void PropertyView::noteHead(const ContentLine &line) {
   note_ = LineNote();
   note_.label = known_ ? known_->label : 0;
@@ -179,9 +181,9 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
 
 void PropertyView::addObject(bool percents) {
   ValueBytes value(source_, Transfer::Base64, rules_.fold);
-  const bool hasForm = known_ && (known_->form == PropertyForm::Media ||
-                                  known_->form == PropertyForm::Key ||
-                                  known_->form == PropertyForm::Attach);
+  const bool hasForm =
+      known_ && (known_->form == PropertyForm::Media || known_->form == PropertyForm::Key ||
+                 known_->form == PropertyForm::Attach);
   uint64_t digits = 0;
   uint64_t first = 0;
   uint64_t last = 0;
@@ -307,13 +309,12 @@ void PropertyView::addWhole() {
 
   const bool hasLineEnd = text_.find('\n') != text_.npos;
   const SummaryRole role = isIndexed() ? known_->role : SummaryRole::None;
-  const bool oneLine = role == SummaryRole::Telephone || role == SummaryRole::Email ||
-                       role == SummaryRole::Url;
+  const bool oneLine =
+      role == SummaryRole::Telephone || role == SummaryRole::Email || role == SummaryRole::Url;
   const bool single = known_->form == PropertyForm::Single;
   const bool cutOff = single && (text_.find(';') != text_.npos || text_.size() > kLongestField);
   const bool version = known_->name == "VERSION";
-  if ((isIndexed() && text_.empty()) || cutOff ||
-      (hasLineEnd && (oneLine || single || version))) {
+  if ((isIndexed() && text_.empty()) || cutOff || (hasLineEnd && (oneLine || single || version))) {
     return putUnderOtherName(text_);
   }
   note_.callLabel = known_->label;
@@ -353,8 +354,8 @@ void PropertyView::endLine(uint64_t valueStart) {
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->add(SummaryNote{known_->role, typesOf(note_.parameters),
-                            {valueStart, valueEnd - valueStart}});
+    notes_->add(
+        SummaryNote{known_->role, typesOf(note_.parameters), {valueStart, valueEnd - valueStart}});
   }
 }
 
@@ -420,7 +421,8 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
 void PropertyView::addFields() {
   std::vector<std::string> fields = split(text_);
   if (transfer_ == Transfer::Plain) {
-    for (std::string &field : fields) field.erase(0, field.size() - withoutLeadingBlanks(field).size());
+    for (std::string &field : fields)
+      field.erase(0, field.size() - withoutLeadingBlanks(field).size());
   }
   const bool rows = known_->form == PropertyForm::Rows;
   const size_t most = rows ? known_->fields.size() : kMostLines;
@@ -494,8 +496,8 @@ void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
 void PropertyView::putHead(bool encoded) {
   view_->put(known_->name);
   const bool typed = known_->role == SummaryRole::Address || known_->role == SummaryRole::Label ||
-                     known_->role == SummaryRole::Telephone ||
-                     known_->role == SummaryRole::Email || known_->form == PropertyForm::Key;
+                     known_->role == SummaryRole::Telephone || known_->role == SummaryRole::Email ||
+                     known_->form == PropertyForm::Key;
   if (typed) {
     for (const std::string &type : typesOf(note_.parameters)) {
       if (knownType(type) >= 0) view_->put(";TYPE=" + type);

@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/source/utf8.h"
 #include "host/io/open_io.h"
+#include "host/source/utf8.h"
 
 namespace px {
 namespace {
@@ -118,7 +118,8 @@ uint64_t UnicodeInput::filePosition(uint64_t position) {
   }
   char buffer[4096];
   while (lastText_ < position) {
-    const size_t wanted = static_cast<size_t>(std::min<uint64_t>(sizeof buffer, position - lastText_));
+    const size_t wanted =
+        static_cast<size_t>(std::min<uint64_t>(sizeof buffer, position - lastText_));
     const size_t count = text_.readAt(lastText_, buffer, wanted);
     if (count == 0) break;
     for (size_t i = 0; i < count; ++i) {

@@ -31,8 +31,8 @@ class UnicodeInput {
   void convert(bool bigEndian, const FaultSink &faults);
 
   VcardIo *file_;
-  uint64_t unit_ = 1;   // bytes of a code unit
-  uint64_t mark_ = 0;   // bytes of the mark in the file
+  uint64_t unit_ = 1;  // bytes of a code unit
+  uint64_t mark_ = 0;  // bytes of the mark in the file
   uint64_t start_ = 0;
   SpoolFile text_;
   SpoolIo io_;

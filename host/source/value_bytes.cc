@@ -24,9 +24,12 @@ bool isBase64(char c) {
 std::string_view ValueBytes::next() {
   if (ended_) return {};
   switch (transfer_) {
-    case Transfer::Plain: return nextPlain();
-    case Transfer::QuotedPrintable: return nextQuotedPrintable();
-    case Transfer::Base64: return nextBase64();
+    case Transfer::Plain:
+      return nextPlain();
+    case Transfer::QuotedPrintable:
+      return nextQuotedPrintable();
+    case Transfer::Base64:
+      return nextBase64();
   }
   return {};
 }

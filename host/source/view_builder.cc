@@ -3,6 +3,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "host/source/ascii_case.h"
 #include "host/source/line_parameters.h"
 #include "host/source/source_view.h"
 #include "host/source/text_decoder.h"
@@ -38,7 +39,8 @@ ViewBuilder::ViewBuilder(UnicodeInput *input, SpoolFile *text, LineNotes *notes,
       file_(input->io(), kNoEnd, &view_, notes, faults),
       agentsInput_(&agentsIo_, kNoEnd, &view_, notes, faults) {
   const auto guess = [this]() -> const std::string & { return guessedCharset(); };
-  file_.file = {unicode_.marked(), [this](uint64_t at) { return unicode_.filePosition(at); }, guess};
+  file_.file = {unicode_.marked(), [this](uint64_t at) { return unicode_.filePosition(at); },
+                guess};
   agentsInput_.file = {unicode_.marked(), nullptr, guess};
 }
 
@@ -216,8 +218,8 @@ Place ViewBuilder::buildSection(const Component &component) {
     const uint64_t agent = agents_.size();
     if (input.properties.takeAgentsCard(line, &agents_)) {
       const Place end = input.source.place();
-      Component card = {&agentsInput_, {agent, start.line}, agents_.size(), number,
-                        component.depth + 1, component.extent};
+      Component card = {&agentsInput_, {agent, start.line}, agents_.size(),
+                        number,        component.depth + 1, component.extent};
       if (&input == &file_) card.extent = extentOf({&input, start, 0, 0, 0, {}}, end.position);
       if (card.depth > DeepestNesting || queue_.size() == MostNested) {
         fault(start.line, "nested too deep or too often: left out");
@@ -240,8 +242,8 @@ void ViewBuilder::queueNested(const Component &parent, const ComponentLines &lin
     fault(nested.begin.line, "nested too deep or too often: left out");
     return;
   }
-  queue_.push_back({parent.input, nested.begin, nested.end, section, parent.depth + 1,
-                    parent.extent});
+  queue_.push_back(
+      {parent.input, nested.begin, nested.end, section, parent.depth + 1, parent.extent});
 }
 
 std::optional<Extent> ViewBuilder::extentOf(const Component &component, uint64_t end) {
@@ -269,7 +271,8 @@ ViewBuilder::Survey ViewBuilder::survey(Input *input, const std::string &name) {
       text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
       found.version = text.substr(0, text.find_last_not_of(" \t") + 1);
     } else if (equalsNoCase(line.name, "FN")) {
-      found.hasName = found.hasName || value.next().find_first_not_of(" \t") != std::string_view::npos;
+      found.hasName =
+          found.hasName || value.next().find_first_not_of(" \t") != std::string_view::npos;
     }
     value.skip();
   }

@@ -67,7 +67,8 @@ void appendUnquoted(std::string_view value, std::string *text) {
     const size_t plain = std::min(value.find('='), value.size());
     text->append(value, 0, plain);
     if (plain + 2 >= value.size()) return;
-    *text += static_cast<char>(valueOfDigit(value[plain + 1]) << 4 | valueOfDigit(value[plain + 2]));
+    *text +=
+        static_cast<char>(valueOfDigit(value[plain + 1]) << 4 | valueOfDigit(value[plain + 2]));
     value.remove_prefix(plain + 3);
   }
 }

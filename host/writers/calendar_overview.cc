@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "host/character_sets.h"
-#include "host/label_texts.h"
+#include "host/labels/label_texts.h"
+#include "host/source/utf8.h"
 #include "host/writers/dates.h"
 #include "px/vcrd.h"
 

@@ -4,9 +4,10 @@
 #include <iterator>
 #include <utility>
 
-#include "host/character_sets.h"
-#include "host/label_texts.h"
+#include "host/labels/label_texts.h"
 #include "host/labels/property_labels.h"
+#include "host/source/ascii_case.h"
+#include "host/source/utf8.h"
 #include "host/writers/dates.h"
 
 namespace px {

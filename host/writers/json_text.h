@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/line_writer.h"
+#include "host/writers/text_sink.h"
 
 namespace px {
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/labels/property_labels.h"
+#include "host/source/ascii_case.h"
 #include "px/vcrd.h"
 
 namespace px {

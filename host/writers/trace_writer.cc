@@ -69,7 +69,9 @@ void TraceWriter::write(std::string_view routine, const Arguments &...arguments)
   sink_(line_);
 }
 
-void TraceWriter::emitChar(uint16_t code) { write("SoEmitChar", Character{code}); }
+void TraceWriter::emitChars(std::span<const uint16_t> codes) {
+  for (const uint16_t code : codes) write("SoEmitChar", Character{code});
+}
 
 void TraceWriter::emitSpecial(uint32_t kind) { write("SoEmitSpecial", kind); }
 

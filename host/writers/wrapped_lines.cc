@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/character_sets.h"
+#include "host/source/utf8.h"
 
 namespace px {
 namespace {

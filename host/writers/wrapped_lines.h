@@ -13,7 +13,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/line_writer.h"
+#include "host/writers/text_sink.h"
 
 namespace px {
 

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <utility>
 
-#include "host/memory_io.h"
+#include "host/io/memory_io.h"
 #include "px/vcrd.h"
 
 namespace px::test {
