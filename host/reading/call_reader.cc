@@ -515,6 +515,9 @@ void CallReader::completeAddresses() {
   notes_->nextSummary(SummaryRole::None, &line);
   for (uint32_t number = 0; notes_->nextSummary(SummaryRole::Address, &line); ++number) {
     if (addressRole_ == SummaryRole::Address && number == addressNumber_) continue;
+    // An empty line divides two addresses.
+    events_.beginSummaryLine(SummaryKind::Address, true);
+    events_.endSummaryLine({});
     events_.beginSummaryLine(SummaryKind::Address, true);
     putViewValue(line.value, SummaryRole::Address);
     events_.endSummaryLine(line.types);
@@ -745,7 +748,13 @@ void CallReader::endProperty() {
     if (breaks_ > layout) putBreaks(breaks_ - layout);
   }
   breaks_ = 0;
-  if (known_ && property_.label != kAttendeeLabel && !muted_) {
+  if (line_ && line_->fieldsInText && !muted_) {
+    const KnownProperty *row = knownProperty(line_->name, format_);
+    do {
+      beginField(row && fields_ < row->fields.size() ? row->fields[fields_] : 0);
+    } while (row && fields_ < row->fields.size());
+    fieldOpen_ = false;
+  } else if (known_ && property_.label != kAttendeeLabel && !muted_) {
     const size_t count = known_->form == PropertyForm::Rows ? known_->fields.size() : 0;
     for (; fields_ < count; ++fields_) events_.beginField(known_->fields[fields_]);
     for (; line_ && fields_ < line_->fieldCount; ++fields_) events_.beginField(0);

@@ -35,8 +35,12 @@ std::string takeComponentName(ByteSource *source) {
 }
 
 ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,
-                               const FaultSink *faults)
-    : source_(source), lines_(lines), name_(std::move(name)), faults_(faults) {}
+                               uint64_t beginLine, const FaultSink *faults)
+    : source_(source),
+      lines_(lines),
+      name_(std::move(name)),
+      beginLine_(beginLine),
+      faults_(faults) {}
 
 void ComponentLines::fault(uint64_t line, const std::string &text) const {
   if (faults_) (*faults_)(line, text);
@@ -62,7 +66,7 @@ bool ComponentLines::isAgentsCard(const ContentLine &line) {
 ComponentLines::Item ComponentLines::next(ContentLine *line) {
   for (;;) {
     if (!lines_->next(line)) {
-      fault(source_->place().line, name_ + " without END");
+      fault(beginLine_, name_ + " without END");
       end_ = source_->place().position;
       return Item::End;
     }
@@ -77,7 +81,7 @@ ComponentLines::Item ComponentLines::next(ContentLine *line) {
         continue;
       }
       if (beginsBeside(begun, name_, behindAgent_)) {
-        fault(line->start.line, name_ + " without END");
+        fault(beginLine_, name_ + " without END");
         source_->moveTo(line->start);
         end_ = line->start.position;
         return Item::End;

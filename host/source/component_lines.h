@@ -42,8 +42,9 @@ class ComponentLines {
     uint64_t end = 0;  // position behind it
   };
 
-  // `source` stands behind the BEGIN line of the component `name`. `faults` may be null.
-  ComponentLines(ByteSource *source, ContentLines *lines, std::string name,
+  // `source` stands behind the BEGIN line, the `beginLine`-th, of the component `name`. `faults` may
+  // be null.
+  ComponentLines(ByteSource *source, ContentLines *lines, std::string name, uint64_t beginLine,
                  const FaultSink *faults);
 
   Item next(ContentLine *line);
@@ -62,6 +63,7 @@ class ComponentLines {
   ByteSource *source_;
   ContentLines *lines_;
   const std::string name_;
+  const uint64_t beginLine_;
   const FaultSink *faults_;
   bool behindAgent_ = false;
   NestedComponent nested_;

@@ -460,8 +460,14 @@ void PropertyView::putFields(const std::vector<std::string> &fields) {
   if (isIndexed()) view_->putAbsorber();
 }
 
-// What the filter's fields can hold of a value, for the summary alone.
+// What the filter's fields can hold of a value, for the summary alone. Fields beyond those stand in
+// the last one.
 void PropertyView::putCutFields(std::vector<std::string> fields) {
+  for (size_t i = kMostLines; i < fields.size(); ++i) {
+    std::string &last = fields[kMostLines - 1];
+    if (!last.empty() && !fields[i].empty()) last += '\n';
+    last += fields[i];
+  }
   fields.resize(std::min(fields.size(), kMostLines));
   for (std::string &field : fields) field.resize(cut(field).size());
   const LineNote whole = std::move(note_);
@@ -480,7 +486,10 @@ void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
     if (!name.empty()) name += ' ';
     name += parts[i];
   }
-  if (name.empty()) return;
+  if (!name.empty()) putFormattedName(name);
+}
+
+void PropertyView::putFormattedName(std::string_view name) {
   known_ = knownProperty("FN", format_);
   note_ = LineNote();
   note_.dropped = true;
@@ -490,6 +499,12 @@ void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
   view_->putQuoted(name);
   endLine(start);
   nameFromParts_ = false;
+}
+
+// In the summary the filter reads organisation and address as quoted-printable only where the name
+// was, so a card without a name has an empty one.
+void PropertyView::endSection() {
+  if (nameFromParts_ && format_ == VcardFormatVcard) putFormattedName("");
 }
 
 // The name of a known property, with the types that the filter writes for it.

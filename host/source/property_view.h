@@ -45,6 +45,9 @@ class PropertyView {
   void beginSection(int16_t format, const VersionRules &rules, const SourceFile *file,
                     bool nameFromParts, SectionNote *section);
 
+  // Ends it, before its END line is written.
+  void endSection();
+
   // Reads the value of `line`, on whose first byte the source stands, and writes the property.
   void add(const ContentLine &line);
 
@@ -76,6 +79,7 @@ class PropertyView {
   void putUnderOtherName(std::string_view text);
   void putFields(const std::vector<std::string> &fields);
   void putCutFields(std::vector<std::string> fields);
+  void putFormattedName(std::string_view name);
   void putNameFromParts(const std::vector<std::string> &parts);
 
   bool isIndexed() const;

@@ -56,6 +56,7 @@ UnicodeInput::UnicodeInput(VcardIo *file, const FaultSink &faults)
   if (form == std::end(kForms)) return;
   unit_ = form->unit;
   mark_ = form->mark;
+  last_.file = mark_;
   if (unit_ == 1) {
     start_ = mark_;
   } else {
@@ -84,20 +85,20 @@ void UnicodeInput::convert(bool bigEndian, const FaultSink &faults) {
     for (uint32_t at = 0; at + unit_ <= count; at += static_cast<uint32_t>(unit_)) {
       const char32_t unit = unitAt(at);
       const bool low = 0xDC00 <= unit && unit < 0xE000 && unit_ == 2;
-      const uint64_t before = text_.size() + utf8.size();
       if (high != 0) {
         appendUtf8(low ? 0x10000 + ((high - 0xD800) << 10) + (unit - 0xDC00) : 0xFFFD, &utf8);
         good = good && low;
         high = 0;
         if (low) continue;
       }
+      const uint64_t before = text_.size() + utf8.size();
       if (0xD800 <= unit && unit < 0xDC00 && unit_ == 2) {
         high = unit;
       } else {
         good = good && !low && unit <= 0x10FFFF && unit != 0;
         appendUtf8(unit == 0 ? 0xFFFD : unit, &utf8);
       }
-      if (before / kIndexStep >= index_.size() && high == 0) index_.push_back(position + at);
+      if (before >= index_.size() * kIndexStep) index_.push_back({before, position + at});
     }
     text_.append(utf8);
     if (count < capacity) {
@@ -112,24 +113,26 @@ void UnicodeInput::convert(bool bigEndian, const FaultSink &faults) {
 // A character takes as many units in the file as its UTF-8 says: four bytes are a pair.
 uint64_t UnicodeInput::filePosition(uint64_t position) {
   if (unit_ == 1) return position;
-  if (position < lastText_ || position - lastText_ > 2 * kIndexStep) {
-    lastText_ = 0;
-    lastFile_ = mark_;
+  if (position < last_.text || position - last_.text > kIndexStep) {
+    const auto behind =
+        std::upper_bound(index_.begin(), index_.end(), position,
+                         [](uint64_t text, const Pair &pair) { return text < pair.text; });
+    last_ = behind == index_.begin() ? Pair{0, mark_} : *std::prev(behind);
   }
   char buffer[4096];
-  while (lastText_ < position) {
-    const size_t wanted =
-        static_cast<size_t>(std::min<uint64_t>(sizeof buffer, position - lastText_));
-    const size_t count = text_.readAt(lastText_, buffer, wanted);
+  while (last_.text < position) {
+    const auto wanted =
+        static_cast<size_t>(std::min<uint64_t>(sizeof buffer, position - last_.text));
+    const size_t count = text_.readAt(last_.text, buffer, wanted);
     if (count == 0) break;
     for (size_t i = 0; i < count; ++i) {
       const auto byte = static_cast<unsigned char>(buffer[i]);
       if ((byte & 0xC0) == 0x80) continue;
-      lastFile_ += byte >= 0xF0 && unit_ == 2 ? 4 : unit_;
+      last_.file += byte >= 0xF0 && unit_ == 2 ? 4 : unit_;
     }
-    lastText_ += count;
+    last_.text += count;
   }
-  return lastFile_;
+  return last_.file;
 }
 
 }  // namespace px

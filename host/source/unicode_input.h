@@ -36,10 +36,14 @@ class UnicodeInput {
   uint64_t start_ = 0;
   SpoolFile text_;
   SpoolIo io_;
-  // The file position at every so many bytes of text, and the last place that was asked for.
-  std::vector<uint64_t> index_;
-  uint64_t lastText_ = 0;
-  uint64_t lastFile_ = 0;
+  // The same place in the text and in the file: one for every so many bytes, in order, and the one
+  // that was asked for last.
+  struct Pair {
+    uint64_t text = 0;
+    uint64_t file = 0;
+  };
+  std::vector<Pair> index_;
+  Pair last_;
 };
 
 }  // namespace px

@@ -78,71 +78,47 @@ void ViewBuilder::reportOutside() {
   outsideLine_ = 0;
 }
 
-// A calendar's own lines are a section, which ends where the first component begins. Lines behind
-// that, where nobody puts them, are a further section of the calendar.
+// A calendar's own lines are a section, wherever they stand in it; its components come behind.
 void ViewBuilder::buildCalendar(const Place &begin) {
   ByteSource &source = file_.source;
-  ContentLines &lines = file_.lines;
+  const Place body = source.place();
   calendarVersion_ = versionOfCalendar();
   const auto number = static_cast<uint32_t>(notes_.sectionCount() + 1);
-  bool open = false;
-  Place start = begin;
-  const auto openOwn = [&](uint32_t partOf) {
-    section_ = SectionNote();
-    section_.component = "VCALENDAR";
-    section_.version = calendarVersion_;
-    section_.partOf = partOf;
-    openSection(VcardFormatVcalendar);
-    const VersionRules rules = rulesOf(calendarVersion_, true);
-    lines.setFoldRule(rules.fold);
-    file_.properties.beginSection(VcardFormatVcalendar, rules, &file_.file, false, &section_);
-    open = true;
-  };
-  const auto closeOwn = [&](uint64_t end) {
-    if (!open) return;
-    const uint64_t offset = unicode_.filePosition(start.position);
-    section_.extent = Extent{offset, unicode_.filePosition(end) - offset};
-    closeSection();
-    open = false;
-  };
+  const VersionRules rules = rulesOf(calendarVersion_, true);
+  file_.lines.setFoldRule(rules.fold);
+  section_ = SectionNote();
+  section_.component = "VCALENDAR";
+  section_.version = calendarVersion_;
+  openSection(VcardFormatVcalendar);
+  file_.properties.beginSection(VcardFormatVcalendar, rules, &file_.file, false, &section_);
 
-  openOwn(0);
+  ComponentLines lines(&source, &file_.lines, "VCALENDAR", begin.line, faults_);
   ContentLine line;
-  for (;;) {
-    if (!lines.next(&line)) {
-      fault(source.place().line, "VCALENDAR without END");
-      return closeOwn(source.place().position);
-    }
-    if (!line.colon) {
-      fault(line.start.line, "no colon: not a property");
-      continue;
-    }
-    const Place lineStart = line.start;
-    if (equalsNoCase(line.name, "BEGIN")) {
-      const std::string name = takeComponentName(&source);
-      closeOwn(lineStart.position);
-      if (name == "VCALENDAR" || name == "VCARD") {
-        fault(lineStart.line, "VCALENDAR without END");
-        source.moveTo(lineStart);
-        return;
-      }
-      if (name.empty()) {
-        fault(lineStart.line, "BEGIN of nothing");
-      } else {
-        buildComponent(lineStart, number);
-      }
-    } else if (equalsNoCase(line.name, "END")) {
-      const std::string name = takeComponentName(&source);
-      if (name == "VCALENDAR") return closeOwn(source.place().position);
-      fault(lineStart.line, "END:" + name + " without BEGIN");
-    } else {
-      if (!open) {
-        start = lineStart;
-        openOwn(number);
-      }
+  bool hasComponents = false;
+  ComponentLines::Item item;
+  while ((item = lines.next(&line)) != ComponentLines::Item::End) {
+    if (item == ComponentLines::Item::Line) {
       file_.properties.add(line);
+    } else {
+      hasComponents = true;
     }
   }
+  section_.extent = extentOf({&file_, begin, 0, 0, 0, {}}, lines.endPosition());
+  closeSection();
+  if (!hasComponents) return;
+
+  const Place behind = source.place();
+  source.moveTo(body);
+  while (source.place().position < behind.position && file_.lines.next(&line)) {
+    if (!line.colon) continue;
+    const Place start = line.start;
+    if (equalsNoCase(line.name, "BEGIN")) {
+      if (!takeComponentName(&source).empty()) buildComponent(start, number);
+    } else {
+      ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+    }
+  }
+  source.moveTo(behind);
 }
 
 // The version is told among the calendar's first lines; the source goes back to where it stood.
@@ -170,7 +146,9 @@ void ViewBuilder::buildComponent(const Place &begin, uint32_t partOf) {
   while (!queue_.empty()) {
     const Component component = queue_.front();
     queue_.pop_front();
+    nested_.clear();
     const Place end = buildSection(component);
+    queue_.insert(queue_.begin(), nested_.begin(), nested_.end());
     if (!behind) behind = end;
   }
   file_.source.setEnd(kNoEnd);
@@ -206,12 +184,13 @@ Place ViewBuilder::buildSection(const Component &component) {
   input.properties.beginSection(format, rules, &input.file, !found.hasName, &section_);
   const auto number = static_cast<uint32_t>(notes_.sectionCount() + 1);
 
-  ComponentLines lines(&input.source, &input.lines, name, faults_);
+  ComponentLines lines(&input.source, &input.lines, name, component.begin.line, faults_);
   for (;;) {
     const ComponentLines::Item item = lines.next(&line);
     if (item == ComponentLines::Item::End) break;
     if (item == ComponentLines::Item::Nested) {
-      queueNested(component, lines, number);
+      addNested({&input, lines.nested().begin, lines.nested().end, number, component.depth + 1,
+                 component.extent});
       continue;
     }
     const Place start = line.start;
@@ -221,29 +200,23 @@ Place ViewBuilder::buildSection(const Component &component) {
       Component card = {&agentsInput_, {agent, start.line}, agents_.size(),
                         number,        component.depth + 1, component.extent};
       if (&input == &file_) card.extent = extentOf({&input, start, 0, 0, 0, {}}, end.position);
-      if (card.depth > DeepestNesting || queue_.size() == MostNested) {
-        fault(start.line, "nested too deep or too often: left out");
-      } else {
-        queue_.push_back(card);
-      }
+      addNested(card);
     } else {
       input.properties.add(line);
     }
   }
+  input.properties.endSection();
   section_.extent = extentOf(component, lines.endPosition());
   closeSection();
   return input.source.place();
 }
 
-void ViewBuilder::queueNested(const Component &parent, const ComponentLines &lines,
-                              uint32_t section) {
-  const auto &nested = lines.nested();
-  if (parent.depth == DeepestNesting || queue_.size() == MostNested) {
-    fault(nested.begin.line, "nested too deep or too often: left out");
-    return;
+void ViewBuilder::addNested(const Component &component) {
+  if (component.depth > DeepestNesting || queue_.size() + nested_.size() >= MostNested) {
+    fault(component.begin.line, "nested too deep or too often: left out");
+  } else {
+    nested_.push_back(component);
   }
-  queue_.push_back(
-      {parent.input, nested.begin, nested.end, section, parent.depth + 1, parent.extent});
 }
 
 std::optional<Extent> ViewBuilder::extentOf(const Component &component, uint64_t end) {
@@ -258,7 +231,7 @@ ViewBuilder::Survey ViewBuilder::survey(Input *input, const std::string &name) {
   const Place here = input->source.place();
   Survey found;
   bool hasVersion = false;
-  ComponentLines lines(&input->source, &input->lines, name, nullptr);
+  ComponentLines lines(&input->source, &input->lines, name, 0, nullptr);
   ContentLine line;
   while (!hasVersion || !found.hasName) {
     const ComponentLines::Item item = lines.next(&line);

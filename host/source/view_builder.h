@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/source/byte_source.h"
 #include "host/source/component_lines.h"
@@ -63,7 +64,7 @@ class ViewBuilder {
   void buildCalendar(const Place &begin);
   void buildComponent(const Place &begin, uint32_t partOf);
   Place buildSection(const Component &component);
-  void queueNested(const Component &parent, const ComponentLines &lines, uint32_t section);
+  void addNested(const Component &component);
   Survey survey(Input *input, const std::string &name);
   std::string versionOfCalendar();
   std::optional<Extent> extentOf(const Component &component, uint64_t end);
@@ -84,7 +85,8 @@ class ViewBuilder {
   Input file_, agentsInput_;
 
   std::string calendarVersion_;
-  std::deque<Component> queue_;
+  std::deque<Component> queue_;    // what is still to be written, in order
+  std::vector<Component> nested_;  // what stands in the section that is being written
   SectionNote section_;
   int16_t format_ = 0;  // of the open document; 0: none is open
   uint64_t documentStart_ = 0;
