@@ -58,6 +58,21 @@ class PlacedBase64 final : public PlacedObject {
   uint64_t start_, length_;
 };
 
+SummaryRole roleOf(SummaryKind kind) {
+  switch (kind) {
+    case SummaryKind::Organisation:
+      return SummaryRole::Organisation;
+    case SummaryKind::Telephone:
+      return SummaryRole::Telephone;
+    case SummaryKind::Email:
+      return SummaryRole::Email;
+    case SummaryKind::Url:
+      return SummaryRole::Url;
+    default:
+      return SummaryRole::None;
+  }
+}
+
 }  // namespace
 
 CallReader::CallReader(const FilterLibrary &filter, CardEvents *events, LineNoteReader *notes,
@@ -369,6 +384,7 @@ void CallReader::summaryText(std::string_view utf8) {
     return;
   }
   if (!lineOpen_) beginLine();
+  if (summaryNote_.cut) return;
   const bool between = separator_;
   separator_ = false;
   if (lineHeld_) {
@@ -408,28 +424,27 @@ void CallReader::beginLine() {
     return;
   }
   events_.beginSummaryLine(kind_, false);
+  summaryNote_ = SummaryNote();
+  if (!note_) return;
+  if (kind_ == SummaryKind::Address) {
+    for (uint32_t i = 0; i <= addressNumber_; ++i) notes_->nextSummary(addressRole_, &summaryNote_);
+  } else if (kind_ >= SummaryKind::Organisation && kind_ <= SummaryKind::Url) {
+    notes_->nextSummary(roleOf(kind_), &summaryNote_);
+  }
 }
 
 void CallReader::endLine() {
   if (!lineOpen_) return;
   lineOpen_ = false;
   breaks_ = 0;
-  SummaryNote line;
-  const SummaryRole role = kind_ == SummaryKind::Telephone ? SummaryRole::Telephone
-                           : kind_ == SummaryKind::Email   ? SummaryRole::Email
-                           : kind_ == SummaryKind::Url     ? SummaryRole::Url
-                                                           : SummaryRole::None;
-  if (note_ && role != SummaryRole::None && notes_->nextSummary(role, &line)) types_ = line.types;
-  if (note_ && kind_ == SummaryKind::Address) {
-    for (uint32_t i = 0; i <= addressNumber_; ++i) notes_->nextSummary(addressRole_, &line);
-    types_ = line.types;
-  }
   if (lineHeld_) {
     held_[block_].back().types = types_;
     lineHeld_ = false;
   } else {
-    events_.endSummaryLine(types_);
+    if (summaryNote_.cut) putViewValue(summaryNote_);
+    events_.endSummaryLine(summaryNote_.role != SummaryRole::None ? summaryNote_.types : types_);
   }
+  summaryNote_ = SummaryNote();
   types_.clear();
 }
 
@@ -439,9 +454,7 @@ void CallReader::endBlock() {
   inTypes_ = false;
   if (note_) {
     if (kind_ == SummaryKind::Address) completeAddresses();
-    if (kind_ == SummaryKind::Telephone) complete(SummaryRole::Telephone, kind_);
-    if (kind_ == SummaryKind::Email) complete(SummaryRole::Email, kind_);
-    if (kind_ == SummaryKind::Url) complete(SummaryRole::Url, kind_);
+    if (kind_ >= SummaryKind::Telephone && kind_ <= SummaryKind::Url) complete(kind_);
   }
   if (heading_ == kSmallestHeading || format_ == VcardFormatVcalendar) ++block_;
 }
@@ -501,11 +514,11 @@ void CallReader::chooseAddress() {
   }
 }
 
-void CallReader::complete(SummaryRole role, SummaryKind kind) {
+void CallReader::complete(SummaryKind kind) {
   SummaryNote line;
-  while (notes_->nextSummary(role, &line)) {
+  while (notes_->nextSummary(roleOf(kind), &line)) {
     events_.beginSummaryLine(kind, true);
-    putViewValue(line.value, role);
+    putViewValue(line);
     events_.endSummaryLine(line.types);
   }
 }
@@ -519,34 +532,35 @@ void CallReader::completeAddresses() {
     events_.beginSummaryLine(SummaryKind::Address, true);
     events_.endSummaryLine({});
     events_.beginSummaryLine(SummaryKind::Address, true);
-    putViewValue(line.value, SummaryRole::Address);
+    putViewValue(line);
     events_.endSummaryLine(line.types);
   }
 }
 
-// Writes a value of the view as the filter's summary would. Addresses and numbers in it are no
-// longer than PropertyView writes them.
-void CallReader::putViewValue(const Extent &value, SummaryRole role) {
-  std::string encoded(static_cast<size_t>(value.length), '\0');
-  viewText_->readAt(value.offset, encoded.data(), encoded.size());
+// Writes a value of the view as the filter's summary would. It is no longer than what PropertyView
+// looks at as a whole.
+void CallReader::putViewValue(const SummaryNote &note) {
+  std::string encoded(static_cast<size_t>(note.value.length), '\0');
+  viewText_->readAt(note.value.offset, encoded.data(), encoded.size());
+  const bool isAddress = note.role == SummaryRole::Address;
+  const bool hasFields = isAddress || note.role == SummaryRole::Organisation;
   std::vector<std::string> fields(1);
   std::string_view rest = encoded;
   for (;;) {
-    const size_t end =
-        role == SummaryRole::Address ? std::min(rest.find(';'), rest.size()) : rest.size();
+    const size_t end = hasFields ? std::min(rest.find(';'), rest.size()) : rest.size();
     appendUnquoted(rest.substr(0, end), &fields.back());
     if (end == rest.size()) break;
     fields.emplace_back();
     rest.remove_prefix(end + 1);
   }
   std::string text;
-  fields.resize(role == SummaryRole::Address ? 7 : 1);
   constexpr size_t locality = 3;
   constexpr size_t region = 4;
   for (size_t i = 0; i < fields.size(); ++i) {
     if (fields[i].empty()) continue;
     text += fields[i];
-    const bool joined = (i == locality || i == region) && !fields[i + 1].empty();
+    const bool joined = isAddress && (i == locality || i == region) && i + 1 < fields.size() &&
+                        !fields[i + 1].empty();
     text += !joined ? "\n" : i == locality ? ", " : "   ";
   }
   while (text.ends_with('\n')) text.pop_back();
@@ -788,6 +802,7 @@ void CallReader::placeObject() {
   if (line_ && line_->data) {
     if (line_->extent) object.extent = line_->data;
     object.size = line_->dataSize;
+    object.declaredType = line_->dataType;
     for (const char *name : {"FILENAME", "X-FILENAME", "X-APPLE-FILENAME"}) {
       const std::string *title = valueOf(line_->parameters, name);
       if (title) {

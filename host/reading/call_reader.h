@@ -87,9 +87,9 @@ class CallReader : public Output {
   void endLine();
   void endSummary();
   void putHeld(bool hasAddress);
-  void complete(SummaryRole role, SummaryKind kind);
+  void complete(SummaryKind kind);
   void completeAddresses();
-  void putViewValue(const Extent &value, SummaryRole role);
+  void putViewValue(const SummaryNote &note);
   void chooseAddress();
   SummaryKind kindOfBlock() const;
 
@@ -132,6 +132,7 @@ class CallReader : public Output {
   uint32_t block_ = 0;    // paragraphs in the smallest, or, of a calendar, in any
   SummaryKind kind_ = SummaryKind::Entry;
   bool lineOpen_ = false;
+  SummaryNote summaryNote_;    // of the line, where there is one
   bool separator_ = false;     // stands between two parts of a name
   uint32_t breaks_ = 0;        // line breaks that wait for text behind them
   bool stringBegins_ = false;  // what comes next begins a string

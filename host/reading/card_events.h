@@ -82,6 +82,7 @@ class PlacedObject {
   virtual OpenIo open() const = 0;
 
   std::string title;             // an attachment's file name, or empty; a hint from a stranger
+  std::string declaredType;      // the MIME type that the card tells, or empty; a hint likewise
   std::optional<Extent> extent;  // of the Base64 text in the file
   std::optional<uint64_t> size;  // of the content in bytes, where it is known without decoding
 };

@@ -42,8 +42,8 @@ class ComponentLines {
     uint64_t end = 0;  // position behind it
   };
 
-  // `source` stands behind the BEGIN line, the `beginLine`-th, of the component `name`. `faults` may
-  // be null.
+  // `source` stands behind the BEGIN line, the `beginLine`-th, of the component `name`. `faults`
+  // may be null.
   ComponentLines(ByteSource *source, ContentLines *lines, std::string name, uint64_t beginLine,
                  const FaultSink *faults);
 

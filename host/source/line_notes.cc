@@ -115,6 +115,7 @@ void visitLine(Note &note, Visit visit) {
   visit(note.emptyFields);
   visit(note.data);
   visit(note.dataSize);
+  visit(note.dataType);
 }
 
 template <class Note, class Visit>
@@ -166,6 +167,7 @@ void LineNotes::add(const SummaryNote &note) {
   record.put(static_cast<uint8_t>(note.role));
   record.put(note.types);
   record.put(note.value);
+  record.put(note.cut);
   summaries_.append(record.bytes());
   ++summaryCount_;
 }
@@ -250,6 +252,7 @@ bool LineNoteReader::nextSummary(SummaryRole role, SummaryNote *summary) {
     record.take(&number);
     record.take(&summary->types);
     record.take(&summary->value);
+    record.take(&summary->cut);
     summary->role = static_cast<SummaryRole>(number);
     if (summary->role == role) return true;
   }

@@ -53,13 +53,15 @@ struct LineNote {
   uint32_t emptyFields = 0;    // and, bit by bit, which of them are empty
   std::optional<Extent> data;  // an object's Base64 text in the file,
   uint64_t dataSize = 0;       // and the size of its content
+  std::string dataType;        // and the MIME type that the line tells, or nothing
 };
 
 // A line of the view that the summary is made of.
 struct SummaryNote {
   SummaryRole role = SummaryRole::None;
   std::vector<std::string> types;
-  Extent value;  // in the view: quoted-printable in one line, fields divided by semicolons
+  Extent value;      // in the view: quoted-printable in one line, fields divided by semicolons
+  bool cut = false;  // the filter shows less than that
 };
 
 struct SectionNote {

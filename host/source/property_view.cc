@@ -52,6 +52,19 @@ bool isBase64Digit(char c) {
          c == '/';
 }
 
+// The type of the content that the parameters tell.
+std::string declaredType(const std::vector<Parameter> &parameters) {
+  for (const char *name : {"MEDIATYPE", "FMTTYPE", "TYPE"}) {
+    for (const Parameter &parameter : parameters) {
+      if (parameter.name != name) continue;
+      for (const std::string &value : parameter.values) {
+        if (value.find('/') != value.npos) return value;
+      }
+    }
+  }
+  return {};
+}
+
 std::string badByte(char c) {
   char text[64];
   std::snprintf(text, sizeof text, "the Base64 text ends at a byte that is none, 0x%02X",
@@ -156,8 +169,8 @@ bool PropertyView::takeAgentsCard(const ContentLine &line, SpoolFile *text) {
 // Takes "data:...;base64," when the value begins so. Otherwise nothing is taken.
 bool PropertyView::takeDataPrefix(const ContentLine &line) {
   constexpr std::string_view scheme = "data:";
+  constexpr std::string_view mark = ";BASE64,";
   constexpr size_t longest = 1024;
-  if (!equalsNoCase(source_->lookAhead(scheme.size()), scheme)) return false;
   std::string prefix;
   while (prefix.size() < longest) {
     const int c = source_->peek();
@@ -167,13 +180,14 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
       continue;
     }
     source_->skip(1);
-    if (c == ',') {
-      constexpr std::string_view mark = ";BASE64";
-      if (prefix.size() < mark.size()) break;
-      if (!equalsNoCase(std::string_view(prefix).substr(prefix.size() - mark.size()), mark)) break;
-      return true;
-    }
     if (c != '\\') prefix += static_cast<char>(c);  // some writers escape what stands in a URI
+    if (prefix.size() == scheme.size() && !equalsNoCase(prefix, scheme)) break;
+    if (c != ',') continue;
+    const std::string_view text = prefix;
+    if (text.size() < scheme.size() + mark.size()) break;
+    if (!equalsNoCase(text.substr(text.size() - mark.size()), mark)) break;
+    note_.dataType = headText(text.substr(scheme.size(), text.find(';') - scheme.size()));
+    return true;
   }
   source_->moveTo(line.value);
   return false;
@@ -240,6 +254,7 @@ void PropertyView::addObject(bool percents) {
   note_.data = extentOf(first, last);
   if (!note_.data) note_.data = Extent();
   note_.dataSize = digits * 3 / 4;
+  if (note_.dataType.empty()) note_.dataType = declaredType(note_.parameters);
   notes_->add(note_);
 }
 
@@ -314,6 +329,13 @@ void PropertyView::addWhole() {
   const bool single = known_->form == PropertyForm::Single;
   const bool cutOff = single && (text_.find(';') != text_.npos || text_.size() > kLongestField);
   const bool version = known_->name == "VERSION";
+  if (oneLine && hasLineEnd) {
+    putForSummary([this] {
+      std::string line = text_;
+      std::replace(line.begin(), line.end(), '\n', ' ');
+      putText(line);
+    });
+  }
   if ((isIndexed() && text_.empty()) || cutOff || (hasLineEnd && (oneLine || single || version))) {
     return putUnderOtherName(text_);
   }
@@ -327,10 +349,15 @@ void PropertyView::addWhole() {
     notes_->add(note_);
     return;
   }
+  putText(text_);
+}
+
+void PropertyView::putText(std::string_view text) {
   putHead(true);
   const uint64_t start = view_->size();
-  view_->putQuoted(text_);
-  note_.breakAdded = role == SummaryRole::Url;  // between two URLs the summary has nothing
+  view_->putQuoted(text);
+  // Between two URLs the summary has nothing.
+  note_.breakAdded = isIndexed() && known_->role == SummaryRole::Url;
   endLine(start);
 }
 
@@ -346,16 +373,17 @@ void PropertyView::noteGroup() {
   }
 }
 
-// Ends a line whose value began at `valueStart`, and notes it.
-void PropertyView::endLine(uint64_t valueStart) {
+// Ends a line whose value began at `valueStart`, and notes it. `isCut`: the filter will not show
+// all of it in the summary.
+void PropertyView::endLine(uint64_t valueStart, bool isCut) {
   const uint64_t valueEnd = view_->size();
   view_->put(note_.breakAdded ? "=0A\n" : "\n");
   notes_->add(note_);
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->add(
-        SummaryNote{known_->role, typesOf(note_.parameters), {valueStart, valueEnd - valueStart}});
+    notes_->add(SummaryNote{
+        known_->role, typesOf(note_.parameters), {valueStart, valueEnd - valueStart}, isCut});
   }
 }
 
@@ -433,7 +461,7 @@ void PropertyView::addFields() {
                      });
   const bool takesPlace = isIndexed() && areEmpty(fields);
   if (isCut || takesPlace) {
-    if (!takesPlace && isIndexed()) putCutFields(fields);
+    if (!takesPlace && isIndexed()) putForSummary([&] { putFields(fields, true); });
     note_.fieldsInText = true;
     putUnderOtherName(text_);
   } else {
@@ -444,48 +472,44 @@ void PropertyView::addFields() {
         if (fields[i].empty()) note_.emptyFields |= 1u << i;
       }
     }
-    putFields(fields);
+    putFields(fields, false);
   }
   if (nameFromParts_ && isIndexed() && known_->role == SummaryRole::Name) putNameFromParts(fields);
 }
 
-void PropertyView::putFields(const std::vector<std::string> &fields) {
+void PropertyView::putFields(const std::vector<std::string> &fields, bool isCut) {
   putHead(true);
   const uint64_t start = view_->size();
   for (size_t i = 0; i < fields.size(); ++i) {
     if (i > 0) view_->put(";");
     view_->putField(fields[i], i == 0);
   }
-  endLine(start);
+  endLine(start, isCut);
   if (isIndexed()) view_->putAbsorber();
 }
 
-// What the filter's fields can hold of a value, for the summary alone. Fields beyond those stand in
-// the last one.
-void PropertyView::putCutFields(std::vector<std::string> fields) {
-  for (size_t i = kMostLines; i < fields.size(); ++i) {
-    std::string &last = fields[kMostLines - 1];
-    if (!last.empty() && !fields[i].empty()) last += '\n';
-    last += fields[i];
-  }
-  fields.resize(std::min(fields.size(), kMostLines));
-  for (std::string &field : fields) field.resize(cut(field).size());
+// Has `put` write the property in the form that the summary can show, in a line that the listing
+// drops.
+template <class Put>
+void PropertyView::putForSummary(Put put) {
   const LineNote whole = std::move(note_);
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  note_.parameters = whole.parameters;  // the summary's types
-  putFields(fields);
+  note_.parameters = whole.parameters;  // the types
+  put();
   note_ = whole;
 }
 
 void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
   std::string name;
-  for (const size_t i : {size_t{3}, size_t{1}, size_t{2}, size_t{0}, size_t{4}}) {
-    if (i >= parts.size() || parts[i].empty()) continue;
+  const auto add = [&](size_t i) {
+    if (i >= parts.size() || parts[i].empty()) return;
     if (!name.empty()) name += ' ';
     name += parts[i];
-  }
+  };
+  for (const size_t i : {3, 1, 2, 0}) add(i);
+  for (size_t i = 4; i < parts.size(); ++i) add(i);
   if (!name.empty()) putFormattedName(name);
 }
 
@@ -494,10 +518,7 @@ void PropertyView::putFormattedName(std::string_view name) {
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  putHead(true);
-  const uint64_t start = view_->size();
-  view_->putQuoted(name);
-  endLine(start);
+  putText(name);
   nameFromParts_ = false;
 }
 

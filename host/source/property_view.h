@@ -74,11 +74,13 @@ class PropertyView {
 
   void noteGroup();
   void putHead(bool encoded);
-  void endLine(uint64_t valueStart);
+  void endLine(uint64_t valueStart, bool isCut = false);
+  void putText(std::string_view text);
+  template <class Put>
+  void putForSummary(Put put);
   void putUnderOwnName(std::string_view text);
   void putUnderOtherName(std::string_view text);
-  void putFields(const std::vector<std::string> &fields);
-  void putCutFields(std::vector<std::string> fields);
+  void putFields(const std::vector<std::string> &fields, bool isCut);
   void putFormattedName(std::string_view name);
   void putNameFromParts(const std::vector<std::string> &parts);
 

@@ -3,7 +3,9 @@
 #include <uchardet/uchardet.h>
 
 #include <cerrno>
+#include <utility>
 
+#include "host/source/ascii_case.h"
 #include "host/source/utf8.h"
 
 namespace px {
@@ -11,6 +13,18 @@ namespace {
 
 constexpr char kFallback[] = "WINDOWS-1252";
 constexpr std::string_view kReplacement = "\uFFFD";
+
+// Sets that are meant when the name of an older and smaller one is given.
+constexpr std::pair<std::string_view, const char *> kLarger[] = {
+    {"SHIFT_JIS", "CP932"}, {"SHIFT-JIS", "CP932"}, {"SJIS", "CP932"},          {"X-SJIS", "CP932"},
+    {"BIG5", "BIG5-HKSCS"}, {"GB2312", "GB18030"},  {"KS_C_5601-1987", "CP949"}};
+
+const char *largerSet(const std::string &set) {
+  for (const auto &[name, larger] : kLarger) {
+    if (equalsNoCase(set, name)) return larger;
+  }
+  return set.c_str();
+}
 
 }  // namespace
 
@@ -25,7 +39,7 @@ bool TextDecoder::begin(const std::string &set) {
   if (set != openedSet_ || !opened_) {
     // A suffix such as //TRANSLIT is no part of a name.
     if (set.empty() || set.find('/') != set.npos) return false;
-    const iconv_t converter = iconv_open("UTF-8", set.c_str());
+    const iconv_t converter = iconv_open("UTF-8", largerSet(set));
     if (converter == reinterpret_cast<iconv_t>(-1)) return false;
     opened_.reset(converter);
     openedSet_ = set;

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "host/source/ascii_case.h"
+
 namespace px {
 namespace {
 
@@ -77,6 +79,15 @@ size_t readFull(VcardIo *io, std::vector<char> *buffer) {
   return filled;
 }
 
+bool isMimeType(std::string_view text) {
+  const auto isPart = [](char c) {
+    return ('a' <= c && c <= 'z') || ('A' <= c && c <= 'Z') || ('0' <= c && c <= '9') ||
+           std::string_view("/.+-_").find(c) != std::string_view::npos;
+  };
+  return std::count(text.begin(), text.end(), '/') == 1 && text.front() != '/' &&
+         text.back() != '/' && std::all_of(text.begin(), text.end(), isPart);
+}
+
 }  // namespace
 
 ObjectContent examineContent(const PlacedObject &object, const ContentTypeOf &contentTypeOf) {
@@ -84,6 +95,9 @@ ObjectContent examineContent(const PlacedObject &object, const ContentTypeOf &co
   const OpenIo io = object.open();
   size_t count = readFull(io.get(), &piece);
   ObjectContent content{contentTypeOf(piece.data(), count), count};
+  // Where the bytes say little the card is believed, if that is a type.
+  const bool vague = content.type == "application/octet-stream" || content.type == "text/plain";
+  if (vague && isMimeType(object.declaredType)) content.type = inSmallLetters(object.declaredType);
   if (object.size) {
     content.size = *object.size;
     return content;
