@@ -79,8 +79,9 @@ CallReader::CallReader(const FilterLibrary &filter, CardEvents *events, LineNote
                        const SpoolFile *viewText)
     : filter_(filter), events_(*events), notes_(notes), viewText_(viewText) {}
 
-void CallReader::beginRun(int16_t format, VcardStream *stream) {
+void CallReader::beginRun(int16_t format, VcardStream *stream, bool inPlace) {
   format_ = format;
+  inPlace_ = inPlace;
   stream_ = stream;
   styles_.clear();
 }
@@ -442,7 +443,8 @@ void CallReader::endLine() {
     lineHeld_ = false;
   } else {
     if (summaryNote_.cut) putViewValue(summaryNote_);
-    events_.endSummaryLine(summaryNote_.role != SummaryRole::None ? summaryNote_.types : types_);
+    const bool told = summaryNote_.role != SummaryRole::None && !inPlace_;
+    events_.endSummaryLine(told && kind_ != SummaryKind::Address ? summaryNote_.types : types_);
   }
   summaryNote_ = SummaryNote();
   types_.clear();
@@ -533,7 +535,7 @@ void CallReader::completeAddresses() {
     events_.endSummaryLine({});
     events_.beginSummaryLine(SummaryKind::Address, true);
     putViewValue(line);
-    events_.endSummaryLine(line.types);
+    events_.endSummaryLine({});
   }
 }
 
@@ -637,7 +639,7 @@ void CallReader::join() {
   property_.group = line_->group;
   property_.labelsGroup = line_->labelsGroup;
   property_.parameters = line_->parameters;
-  property_.types = typesOf(line_->parameters);
+  if (!inPlace_) property_.types = typesOf(line_->parameters);
   property_.extent = line_->extent;
   for (const auto &[group, label] : note_->groupLabels) {
     if (group == property_.group && !property_.labelsGroup) property_.groupLabel = label;

@@ -37,8 +37,9 @@ class CallReader : public Output {
   CallReader(const FilterLibrary &filter, CardEvents *events, LineNoteReader *notes,
              const SpoolFile *viewText);
 
-  // Tells the next run over the file, or over a part of it, before it reads.
-  void beginRun(int16_t format, VcardStream *stream);
+  // Tells the next run over the file, or over a part of it, before it reads. `inPlace`: the filter
+  // reads the file itself, so the types are those that the calls tell.
+  void beginRun(int16_t format, VcardStream *stream, bool inPlace);
 
   void emitChars(std::span<const uint16_t> codes) override;
   void emitSpecial(uint32_t kind) override;
@@ -116,6 +117,7 @@ class CallReader : public Output {
   const SpoolFile *viewText_;
   int16_t format_ = 0;
   VcardStream *stream_ = nullptr;
+  bool inPlace_ = false;
 
   std::vector<Style> styles_;
   Style defined_;

@@ -11,10 +11,11 @@
 namespace px {
 namespace {
 
-void readRun(const FilterLibrary &filter, VcardIo *io, int16_t format, CallReader *reader) {
+void readRun(const FilterLibrary &filter, VcardIo *io, int16_t format, bool inPlace,
+             CallReader *reader) {
   CardRun run(filter, io, reader);
   openRun(&run, format);
-  reader->beginRun(format, run.stream());
+  reader->beginRun(format, run.stream(), inPlace);
   run.readAll();
 }
 
@@ -30,7 +31,7 @@ void readFile(const FilterLibrary &filter, VcardIo *io, Reading reading, const F
               CardEvents *events) {
   if (reading == Reading::Raw) {
     CallReader reader(filter, events, nullptr, nullptr);
-    return readRun(filter, io, sniffFormat(io), &reader);
+    return readRun(filter, io, sniffFormat(io), true, &reader);
   }
   SourceView view(io, faults);
   LineNoteReader notes(&view.notes());
@@ -39,7 +40,7 @@ void readFile(const FilterLibrary &filter, VcardIo *io, Reading reading, const F
   while (view.nextDocument(&document)) {
     SpoolIo text(&view.text(), document.text.offset, document.text.length);
     const bool inPlace = document.text.length == 0;
-    readRun(filter, inPlace ? io : &text, document.format, &reader);
+    readRun(filter, inPlace ? io : &text, document.format, inPlace, &reader);
   }
 }
 

@@ -141,6 +141,7 @@ std::string PropertyView::headText(std::string_view bytes) {
   return text;
 }
 
+// Positions are asked for in their order, which costs least.
 std::optional<Extent> PropertyView::extentOf(uint64_t from, uint64_t end) const {
   if (!file_->filePosition) return std::nullopt;
   const uint64_t offset = file_->filePosition(from);
@@ -336,7 +337,8 @@ void PropertyView::addWhole() {
       putText(line);
     });
   }
-  if ((isIndexed() && text_.empty()) || cutOff || (hasLineEnd && (oneLine || single || version))) {
+  const bool takesPlace = known_->role != SummaryRole::None && text_.empty();
+  if (takesPlace || cutOff || (hasLineEnd && (oneLine || single || version))) {
     return putUnderOtherName(text_);
   }
   note_.callLabel = known_->label;

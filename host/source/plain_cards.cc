@@ -1,0 +1,318 @@
+#include "host/source/plain_cards.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/source/ascii_case.h"
+#include "host/source/byte_source.h"
+#include "host/source/content_lines.h"
+#include "host/source/line_parameters.h"
+#include "host/source/property_table.h"
+#include "host/source/utf8.h"
+#include "px/vcrd.h"
+
+namespace px {
+namespace {
+
+constexpr size_t kLongestField = 255;
+constexpr uint32_t kSummarySlots = 10;  // telephone numbers and mail addresses of a summary
+
+bool isNameCharacter(char c) {
+  return ('A' <= c && c <= 'Z') || ('a' <= c && c <= 'z') || ('0' <= c && c <= '9') || c == '-';
+}
+
+bool isBase64Digit(char c) {
+  return ('A' <= c && c <= 'Z') || ('a' <= c && c <= 'z') || ('0' <= c && c <= '9') || c == '+' ||
+         c == '/';
+}
+
+bool isHexDigit(char c) { return ('0' <= c && c <= '9') || ('A' <= c && c <= 'F'); }
+
+// Text without control characters, whose first character is no blank.
+bool isPlainText(std::string_view text) {
+  bool cut;
+  if (validUtf8Length(text, &cut) != text.size() || text.starts_with(' ')) return false;
+  return std::none_of(text.begin(), text.end(),
+                      [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+}
+
+// Quoted-printable in one line, which says plain text or line ends.
+bool isPlainQuoted(std::string_view text) {
+  std::string decoded;
+  for (size_t at = 0; at < text.size(); ++at) {
+    if (text[at] != '=') {
+      decoded += text[at];
+      continue;
+    }
+    if (at + 2 >= text.size() || !isHexDigit(text[at + 1]) || !isHexDigit(text[at + 2]))
+      return false;
+    const std::string_view digits = text.substr(at + 1, 2);
+    if (digits == "0D" && !text.substr(at + 3).starts_with("=0A")) return false;
+    if (digits != "0D" && digits != "0A") {
+      decoded += static_cast<char>(std::stoi(std::string(digits), nullptr, 16));
+    }
+    at += 2;
+  }
+  return isPlainText(decoded);
+}
+
+// Whether a parameter without a name would say something of its own: an encoding, a kind of value
+// or a type.
+bool isParameterWord(std::string_view word) {
+  constexpr std::string_view others[] = {"7bit",   "8bit", "quoted-printable", "base64", "utf-8",
+                                         "inline", "url",  "content-id",       "cid",    "binary"};
+  return knownType(word) >= 0 ||
+         std::any_of(std::begin(others), std::end(others),
+                     [&](std::string_view other) { return equalsNoCase(word, other); });
+}
+
+// The pass that looks for the summary takes such a value for heads of lines. In one without the
+// characters that mean something there it finds nothing.
+bool isPlainIndexed(std::string_view value, SummaryRole role) {
+  if (value.empty() || value.find('=') != value.npos) return false;
+  if (role == SummaryRole::Url) {
+    const size_t first = value.find_first_of(".:;");
+    const std::string_view scheme = value.substr(0, first);
+    const bool isWeb = scheme == "http" || scheme == "https";
+    return first == value.npos || value[first] == '.' ? value.find_first_of(":;") == value.npos
+                                                      : value[first] == ':' && isWeb;
+  }
+  return value.find_first_of(":;") == value.npos;
+}
+
+// Fields as a value of this form has them, none of which means something as a parameter, nor the
+// last one nothing: the line end behind it would be passed over.
+bool arePlainFields(std::string_view value, const KnownProperty &known) {
+  if (value.find_first_of(":=\\") != value.npos || value.empty()) return false;
+  const bool rows = known.form == PropertyForm::Rows;
+  const size_t most = rows ? known.fields.size() : 7;
+  size_t count = 0;
+  for (;;) {
+    const size_t end = std::min(value.find(';'), value.size());
+    const std::string_view field = value.substr(0, end);
+    const bool last = end == value.size();
+    const bool isEmpty = field.find_first_not_of(' ') == field.npos;
+    if (++count > most || field.size() > kLongestField || field.starts_with(' ')) return false;
+    if (isEmpty && (last || !rows || known.role == SummaryRole::Organisation)) return false;
+    std::string word(field);
+    std::erase(word, ' ');
+    const bool isName = count == 1 && knownProperty(word, VcardFormatVcard) != nullptr;
+    if (isParameterWord(word) || isName || equalsNoCase(word, "END")) return false;
+    if (last) return true;
+    value.remove_prefix(end + 1);
+  }
+}
+
+class PlainReader {
+ public:
+  PlainReader(VcardIo *file, LineNotes *notes)
+      : source_(file, std::numeric_limits<int64_t>::max()), notes_(*notes) {}
+
+  bool read() {
+    bool any = false;
+    for (;;) {
+      while (source_.takeLineEnd()) {
+      }
+      if (source_.peek() < 0) return any;
+      if (!readCard()) return false;
+      any = true;
+    }
+  }
+
+ private:
+  // The line at which the source stands, if it is short; it isn't taken.
+  std::optional<std::string_view> line() {
+    bool ended;
+    std::string_view bytes = source_.readyInLine(&ended);
+    if (!ended) {
+      constexpr size_t longest = 8 * 1024;
+      source_.lookAhead(longest);
+      bytes = source_.readyInLine(&ended);
+      if (!ended && bytes.size() >= longest) return std::nullopt;
+    }
+    return bytes;
+  }
+
+  void take(std::string_view line) {
+    source_.skip(line.size());
+    source_.takeLineEnd();
+  }
+
+  bool takeLine(std::string_view wanted) {
+    const auto text = line();
+    if (!text || !equalsNoCase(*text, wanted)) return false;
+    take(*text);
+    return true;
+  }
+
+  bool readCard() {
+    const uint64_t begin = source_.place().position;
+    section_ = SectionNote();
+    section_.component = "VCARD";
+    section_.version = "2.1";
+    section_.format = VcardFormatVcard;
+    roles_ = {};
+    if (!takeLine("BEGIN:VCARD")) return false;
+    // In front of the first line the filter has what the summary left, so it has to be one that
+    // shows nothing of that.
+    const auto first = line();
+    if (!first || !equalsNoCase(*first, "VERSION:2.1")) return false;
+    while (!takeLine("END:VCARD")) {
+      if (!readProperty()) return false;
+    }
+    const bool oneAddress = roles_[static_cast<size_t>(SummaryRole::Address)] +
+                                roles_[static_cast<size_t>(SummaryRole::Label)] <=
+                            1;
+    if (!oneAddress || roles_[static_cast<size_t>(SummaryRole::Url)] > 1) return false;
+    section_.extent = Extent{begin, source_.place().position - begin};
+    notes_.add(section_);
+    return true;
+  }
+
+  bool readProperty() {
+    const auto text = line();
+    if (!text) return false;
+    const uint64_t start = source_.place().position;
+    const size_t colon = text->find(':');
+    if (colon == text->npos) return false;
+    const size_t nameEnd = std::min(text->find(';'), colon);
+    const std::string_view name = text->substr(0, nameEnd);
+    if (name.empty() || name.size() > kLongestField ||
+        !std::all_of(name.begin(), name.end(), isNameCharacter) || equalsNoCase(name, "BEGIN") ||
+        equalsNoCase(name, "END") || equalsNoCase(name, "AGENT")) {
+      return false;
+    }
+    head_.clear();
+    if (nameEnd < colon) {
+      const std::string_view rest = text->substr(nameEnd + 1, colon - nameEnd - 1);
+      if (!splitParameters(rest, ContentLines::MostParameters, &head_)) return false;
+    }
+    for (const HeadParameter &parameter : head_) {
+      const bool named = !parameter.name.empty();
+      if (named && !equalsNoCase(parameter.name, "TYPE") &&
+          !equalsNoCase(parameter.name, "ENCODING")) {
+        return false;
+      }
+      if (!isParameterWord(parameter.value) || equalsNoCase(parameter.value, "utf-8")) return false;
+      const bool isType = knownType(parameter.value) >= 0;
+      if (named && isType != equalsNoCase(parameter.name, "TYPE")) return false;
+      if (!named && !isType && transferOf({parameter}) == Transfer::Plain) return false;
+    }
+
+    known_ = knownProperty(name, VcardFormatVcard);
+    note_ = LineNote();
+    note_.name = name;
+    note_.callLabel = note_.label = known_ ? known_->label : 0;
+    if (!known_) note_.callName = name;
+    note_.parameters = parametersOf(head_, VersionRules());
+    const Transfer transfer = transferOf(head_);
+    if (transfer == Transfer::Base64) return readObject(start, *text, colon + 1);
+
+    const std::string_view value = text->substr(colon + 1);
+    if (!isPlainValue(value, transfer)) return false;
+    note_.extent = Extent{start, text->size()};
+    take(*text);
+    if (source_.peek() == ' ' || source_.peek() == '\t') return false;
+    notes_.add(note_);
+    return countRole();
+  }
+
+  bool isPlainValue(std::string_view value, Transfer transfer) const {
+    const bool quoted = transfer == Transfer::QuotedPrintable;
+    if (!isPlainText(value)) return false;
+    if (!known_) return !quoted;
+    const bool indexed = known_->role != SummaryRole::None;
+    if (quoted) return !indexed && known_->form != PropertyForm::Single && isPlainQuoted(value);
+    switch (known_->form) {
+      case PropertyForm::Rows:
+      case PropertyForm::Lines:
+        return arePlainFields(value, *known_);
+      case PropertyForm::Single:
+        return value.find(';') == value.npos && value.size() <= kLongestField;
+      default:
+        return !indexed || isPlainIndexed(value, known_->role);
+    }
+  }
+
+  // Base64 on this line, and on lines that begin with a blank, up to a blank line.
+  bool readObject(uint64_t start, std::string_view text, size_t valueStart) {
+    const bool placed =
+        known_ && (known_->form == PropertyForm::Media || known_->form == PropertyForm::Key);
+    if (!placed) return false;
+    uint64_t digits = 0;
+    uint64_t first = 0;
+    uint64_t last = 0;
+    bool padded = false;
+    std::string_view bytes = text.substr(valueStart);
+    source_.skip(valueStart);
+    for (;;) {
+      const uint64_t position = source_.place().position;
+      for (size_t at = 0; at < bytes.size(); ++at) {
+        const char c = bytes[at];
+        if (c == ' ' || c == '\t') continue;
+        if (c == '=') {
+          padded = true;
+        } else if (padded || !isBase64Digit(c)) {
+          return false;
+        } else {
+          ++digits;
+        }
+        if (first == 0) first = position + at;
+        last = position + at + 1;
+      }
+      source_.skip(bytes.size());
+      const uint64_t end = source_.place().position;
+      source_.takeLineEnd();
+      const int next = source_.peek();
+      if (next != ' ' && next != '\t') {
+        // Without a blank line only a "=" shows the filter the end at once.
+        if (digits == 0 || (next != '\r' && next != '\n' && !padded)) return false;
+        while (source_.takeLineEnd()) {
+        }
+        if (source_.peek() == ' ' || source_.peek() == '\t') return false;
+        note_.extent = Extent{start, end - start};
+        break;
+      }
+      if (padded) return false;
+      const auto more = line();
+      if (!more) return false;
+      bytes = *more;
+    }
+    note_.data = Extent{first, last - first};
+    note_.dataSize = digits * 3 / 4;
+    notes_.add(note_);
+    return true;
+  }
+
+  // Notes what the summary has of the line; false when the summary has no room for it.
+  bool countRole() {
+    if (!known_ || known_->role == SummaryRole::None) return true;
+    section_.summaryRoles |= 1u << static_cast<int>(known_->role);
+    SummaryNote summary;
+    summary.role = known_->role;
+    summary.types = typesOf(note_.parameters);
+    notes_.add(summary);
+    return ++roles_[static_cast<size_t>(known_->role)] <= kSummarySlots;
+  }
+
+  ByteSource source_;
+  LineNotes &notes_;
+  SectionNote section_;
+  std::array<uint32_t, static_cast<size_t>(SummaryRole::Status) + 1> roles_{};
+
+  // Of the current line.
+  std::vector<HeadParameter> head_;
+  const KnownProperty *known_ = nullptr;
+  LineNote note_;
+};
+
+}  // namespace
+
+bool readPlainCards(VcardIo *file, LineNotes *notes) { return PlainReader(file, notes).read(); }
+
+}  // namespace px
