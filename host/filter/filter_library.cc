@@ -9,18 +9,18 @@
 #include <system_error>
 #include <type_traits>
 
+#include "host/io/beside_program.h"
+
 namespace px {
 namespace {
 
 // The library in lib/ beside the program's bin/ goes before any other, so that a build tree runs
 // its own. A run path would say the same, but the sanitizers' dlopen doesn't go by the program's.
 std::string libraryPath() {
-  namespace fs = std::filesystem;
   const std::string name = "libpx_vcrd.so";
+  const std::filesystem::path beside = besideProgram("lib/" + name);
   std::error_code none;
-  const fs::path program = fs::read_symlink("/proc/self/exe", none);
-  const fs::path beside = program.parent_path().parent_path() / "lib" / name;
-  return beside.is_absolute() && fs::exists(beside, none) ? beside.string() : name;
+  return std::filesystem::exists(beside, none) ? beside.string() : name;
 }
 
 FilterLibrary load() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/labels/label_texts.h"
+#include "host/languages/translation.h"
 #include "host/source/utf8.h"
 #include "host/writers/dates.h"
 #include "px/vcrd.h"
@@ -70,7 +71,7 @@ void CalendarOverview::endSection() {
   const uint32_t width = displayWidth(line);
   const uint32_t least = width + TextLook::Gap;
   line.append(std::max(least, TextLook::ValueColumn) - width, ' ');
-  line += what_.empty() ? labelText(kUntitledId) : what_;
+  line += what_.empty() ? tr(labelText(kUntitledId)) : what_;
   if (!where_.empty()) line += ", " + where_;
   const uint32_t room = look_.columns();
   if (displayWidth(line) > room) {

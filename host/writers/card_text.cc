@@ -6,6 +6,7 @@
 
 #include "host/labels/label_texts.h"
 #include "host/labels/property_labels.h"
+#include "host/languages/translation.h"
 #include "host/source/ascii_case.h"
 #include "host/source/utf8.h"
 #include "host/writers/dates.h"
@@ -49,10 +50,11 @@ bool isOneOf(const Mark (&marks)[N], uint32_t label, std::string_view name) {
 // Parameters that tell how the value is written down; the value shows it no longer.
 constexpr std::string_view kHidden[] = {"CHARSET", "ENCODING"};
 
-// Of a property with a label: parameters that stand behind it, with what stands before their value.
+// Of a property with a label: parameters that stand behind it, with how their value is shown.
 constexpr std::pair<std::string_view, std::string_view> kAdditions[] = {
-    {"FBTYPE", ""},  {"LANGUAGE", "language "}, {"RANGE", "range "}, {"RELATED", "related to "},
-    {"RELTYPE", ""}, {"X-SERVICE-TYPE", ""},
+    {"FBTYPE", "%1"},          {"LANGUAGE", N_("language %1")},
+    {"RANGE", N_("range %1")}, {"RELATED", N_("related to %1")},
+    {"RELTYPE", "%1"},         {"X-SERVICE-TYPE", "%1"},
 };
 
 void addTo(std::string *list, std::string_view entry) {
@@ -173,7 +175,7 @@ void CardText::endSummaryLine(const std::vector<std::string> &types) {
   putHeld();
   if (isOpen_) {
     std::string list;
-    for (const std::string &type : types) addTo(&list, typeLabel(type));
+    for (const std::string &type : types) addTo(&list, tr(typeLabel(type)));
     if (!list.empty()) lines_.write(" (" + list + ")");
     if (underline_ && look_.color) lines_.addSequence(kPlain);
     lines_.endLine();
@@ -222,7 +224,7 @@ void CardText::beginProperty(const Property &property) {
 void CardText::describe(const Property &property) {
   const std::string name = inCapitals(property.name);
   const uint32_t id = property.label;
-  const std::string_view text = propertyLabel(id, name);
+  const std::string_view text = tr(propertyLabel(id, name));
   isLabelled_ = !text.empty();
   label_.clear();
   appendPrintable(isLabelled_ ? text : property.name, &label_);
@@ -232,7 +234,7 @@ void CardText::describe(const Property &property) {
   isKey_ = isOneOf(kKeys, id, name);
   const bool isMedia = isOneOf(kMedia, id, name);
   if (isLabelled_ && !isMedia) {
-    for (const std::string &type : property.types) addTo(&additions_, typeLabel(type));
+    for (const std::string &type : property.types) addTo(&additions_, tr(typeLabel(type)));
   } else if (!isLabelled_ && property.parameters.empty() && !property.types.empty()) {
     additions_ = "TYPE=" + joined(property.types);
   }
@@ -254,14 +256,14 @@ void CardText::describeParameter(const Parameter &parameter) {
     const bool isHidden =
         std::find(std::begin(kHidden), std::end(kHidden), name) != std::end(kHidden);
     if (!isHidden) addTo(&additions_, std::string(name) + "=" + values);
-  } else if (const std::string_view label = parameterLabel(name); !label.empty()) {
+  } else if (const std::string_view label = tr(parameterLabel(name)); !label.empty()) {
     rows_.push_back({std::string(label), values});
   } else if (name == "PREF" && values == "1") {
-    const std::string_view preferred = typeLabel("pref");
+    const std::string_view preferred = tr(typeLabel("pref"));
     if (additions_.find(preferred) == std::string::npos) addTo(&additions_, preferred);
   } else {
-    for (const auto &[shown, lead] : kAdditions) {
-      if (shown == name) addTo(&additions_, std::string(lead) + values);
+    for (const auto &[shown, text] : kAdditions) {
+      if (shown == name) addTo(&additions_, filled(tr(text), {values}));
     }
   }
 }
@@ -270,7 +272,7 @@ void CardText::beginField(uint32_t label) {
   if (place_ == Place::Nowhere || inSummary_) return;
   putHeld();
   if (place_ != Place::Last) place_ = isDate_ || label == kRunTimeId ? Place::Date : Place::Text;
-  fieldLabel_ = labelText(label);
+  fieldLabel_ = tr(labelText(label));
   isOpen_ = false;
   breaks_ = 0;
 }
@@ -359,7 +361,7 @@ void CardText::beginListing() {
   inListing_ = true;
   if (std::exchange(alarmDue_, false)) {
     lines_.setIndent(kLabelIndent);
-    writeStyled("Alarm", kDim);
+    writeStyled(tr("Alarm"), kDim);
     lines_.endLine();
   }
 }

@@ -1,11 +1,14 @@
 #include "host/writers/dates.h"
 
+#include "host/languages/translation.h"
+
 namespace px {
 namespace {
 
-constexpr std::string_view kMonths[] = {"January",   "February", "March",    "April",
-                                        "May",       "June",     "July",     "August",
-                                        "September", "October",  "November", "December"};
+constexpr std::string_view kMonths[] = {
+    N_("January"), N_("February"), N_("March"),     N_("April"),   N_("May"),      N_("June"),
+    N_("July"),    N_("August"),   N_("September"), N_("October"), N_("November"), N_("December"),
+};
 
 bool isDigit(char c) { return '0' <= c && c <= '9'; }
 
@@ -54,16 +57,14 @@ std::string_view withoutZero(std::string_view number) {
 }
 
 std::string_view monthName(std::string_view month) {
-  return kMonths[(month[0] - '0') * 10 + (month[1] - '0') - 1];
+  return tr(kMonths[(month[0] - '0') * 10 + (month[1] - '0') - 1]);
 }
 
 // The day of any year: "2 March"; one of the two may be empty.
 std::string dayAndMonth(std::string_view day, std::string_view month) {
-  std::string text(month.empty() ? "day " : "");
-  text += withoutZero(day);
-  if (!day.empty() && !month.empty()) text += ' ';
-  if (!month.empty()) text += monthName(month);
-  return text;
+  if (month.empty()) return filled(tr("day %1"), {withoutZero(day)});
+  if (day.empty()) return std::string(monthName(month));
+  return filled(trIn("day and month", "%1 %2"), {withoutZero(day), monthName(month)});
 }
 
 bool readDate(Fields *from, std::string_view omitted, std::string *to) {

@@ -1,4 +1,4 @@
-// Dates and times as a person reads them.
+// Dates and times as a person reads them, in the language chosen.
 
 #ifndef PX_HOST_WRITERS_DATES_H
 #define PX_HOST_WRITERS_DATES_H

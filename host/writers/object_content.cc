@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "host/languages/translation.h"
 #include "host/source/ascii_case.h"
 
 namespace px {
@@ -18,46 +19,47 @@ struct Kind {
 };
 
 constexpr Kind kKinds[] = {
-    {"application/msword", "Word document"},
-    {"application/pdf", "PDF document"},
-    {"application/pgp-keys", "PGP key"},
-    {"application/pkcs7-signature", "signature"},
-    {"application/pkix-cert", "certificate"},
-    {"application/rtf", "RTF document"},
-    {"application/vnd.ms-excel", "Excel sheet"},
-    {"application/vnd.ms-powerpoint", "PowerPoint slides"},
-    {"application/vnd.oasis.opendocument.spreadsheet", "OpenDocument sheet"},
-    {"application/vnd.oasis.opendocument.text", "OpenDocument text"},
+    {"application/msword", N_("Word document")},
+    {"application/pdf", N_("PDF document")},
+    {"application/pgp-keys", N_("PGP key")},
+    {"application/pkcs7-signature", N_("signature")},
+    {"application/pkix-cert", N_("certificate")},
+    {"application/rtf", N_("RTF document")},
+    {"application/vnd.ms-excel", N_("Excel sheet")},
+    {"application/vnd.ms-powerpoint", N_("PowerPoint slides")},
+    {"application/vnd.oasis.opendocument.spreadsheet", N_("OpenDocument sheet")},
+    {"application/vnd.oasis.opendocument.text", N_("OpenDocument text")},
     {"application/vnd.openxmlformats-officedocument.presentationml.presentation",
-     "PowerPoint slides"},
-    {"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet", "Excel sheet"},
-    {"application/vnd.openxmlformats-officedocument.wordprocessingml.document", "Word document"},
-    {"application/x-x509-ca-cert", "certificate"},
-    {"application/zip", "ZIP archive"},
-    {"audio/basic", "AU sound"},
-    {"audio/mp4", "MP4 sound"},
-    {"audio/mpeg", "MP3 sound"},
-    {"audio/ogg", "Ogg sound"},
-    {"audio/x-aiff", "AIFF sound"},
-    {"audio/x-wav", "WAVE sound"},
-    {"image/bmp", "BMP image"},
-    {"image/gif", "GIF image"},
-    {"image/heic", "HEIC image"},
-    {"image/jpeg", "JPEG image"},
-    {"image/png", "PNG image"},
-    {"image/svg+xml", "SVG image"},
-    {"image/tiff", "TIFF image"},
-    {"image/webp", "WebP image"},
-    {"image/x-ms-bmp", "BMP image"},
-    {"image/x-pict", "PICT image"},
-    {"text/calendar", "calendar"},
-    {"text/html", "HTML text"},
-    {"text/plain", "text"},
-    {"text/rtf", "RTF document"},
-    {"text/vcard", "card"},
-    {"video/mp4", "MP4 video"},
-    {"video/mpeg", "MPEG video"},
-    {"video/quicktime", "QuickTime video"},
+     N_("PowerPoint slides")},
+    {"application/vnd.openxmlformats-officedocument.spreadsheetml.sheet", N_("Excel sheet")},
+    {"application/vnd.openxmlformats-officedocument.wordprocessingml.document",
+     N_("Word document")},
+    {"application/x-x509-ca-cert", N_("certificate")},
+    {"application/zip", N_("ZIP archive")},
+    {"audio/basic", N_("AU sound")},
+    {"audio/mp4", N_("MP4 sound")},
+    {"audio/mpeg", N_("MP3 sound")},
+    {"audio/ogg", N_("Ogg sound")},
+    {"audio/x-aiff", N_("AIFF sound")},
+    {"audio/x-wav", N_("WAVE sound")},
+    {"image/bmp", N_("BMP image")},
+    {"image/gif", N_("GIF image")},
+    {"image/heic", N_("HEIC image")},
+    {"image/jpeg", N_("JPEG image")},
+    {"image/png", N_("PNG image")},
+    {"image/svg+xml", N_("SVG image")},
+    {"image/tiff", N_("TIFF image")},
+    {"image/webp", N_("WebP image")},
+    {"image/x-ms-bmp", N_("BMP image")},
+    {"image/x-pict", N_("PICT image")},
+    {"text/calendar", N_("calendar")},
+    {"text/html", N_("HTML text")},
+    {"text/plain", N_("text")},
+    {"text/rtf", N_("RTF document")},
+    {"text/vcard", N_("card")},
+    {"video/mp4", N_("MP4 video")},
+    {"video/mpeg", N_("MPEG video")},
+    {"video/quicktime", N_("QuickTime video")},
 };
 
 static_assert(std::adjacent_find(std::begin(kKinds), std::end(kKinds),
@@ -110,13 +112,14 @@ std::string_view contentKind(std::string_view mime) {
   const Kind *found =
       std::lower_bound(std::begin(kKinds), std::end(kKinds), mime,
                        [](const Kind &kind, std::string_view type) { return kind.mime < type; });
-  return found != std::end(kKinds) && found->mime == mime ? found->text : "data";
+  return tr(found != std::end(kKinds) && found->mime == mime ? found->text : N_("data"));
 }
 
 std::string sizeInWords(uint64_t bytes) {
   std::string digits = std::to_string(bytes);
-  for (size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, 1, ',');
-  return digits + (bytes == 1 ? " byte" : " bytes");
+  const std::string_view comma = trIn("between thousands", ",");
+  for (size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, comma);
+  return bytes == 1 ? std::string(tr("1 byte")) : filled(tr("%1 bytes"), {digits});
 }
 
 }  // namespace px

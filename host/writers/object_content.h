@@ -26,10 +26,10 @@ struct ObjectContent {
 ObjectContent examineContent(const PlacedObject &object, const ContentTypeOf &contentTypeOf);
 
 // Answers what a person calls content of the MIME type, "JPEG image"; "data" for types that cards
-// seldom hold.
+// seldom hold. In the language chosen.
 std::string_view contentKind(std::string_view mime);
 
-// "23,040 bytes", "1 byte".
+// "23,040 bytes", "1 byte"; in the language chosen.
 std::string sizeInWords(uint64_t bytes);
 
 }  // namespace px

@@ -1,0 +1,14 @@
+#include "host/io/beside_program.h"
+
+#include <system_error>
+
+namespace px {
+
+std::filesystem::path besideProgram(const std::filesystem::path &file) {
+  std::error_code none;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", none);
+  return program.is_absolute() ? program.parent_path().parent_path() / file
+                               : std::filesystem::path();
+}
+
+}  // namespace px
