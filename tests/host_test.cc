@@ -9,14 +9,14 @@
 #include <thread>
 
 #include "host/io/base64_io.h"
-#include "host/reading/character_decoder.h"
-#include "host/saving/content_type.h"
 #include "host/io/file_io.h"
 #include "host/io/file_writer.h"
-#include "host/labels/label_texts.h"
-#include "host/reading/file_reading.h"
-#include "host/saving/object_extraction.h"
 #include "host/io/range_io.h"
+#include "host/labels/label_texts.h"
+#include "host/reading/character_decoder.h"
+#include "host/reading/file_reading.h"
+#include "host/saving/content_type.h"
+#include "host/saving/object_extraction.h"
 #include "host/saving/save_directory.h"
 #include "host/source/sniffer.h"
 #include "tests/support/runs.h"
@@ -327,9 +327,10 @@ TEST(Host, NoHalfObjects) {
       if (hasFailed()) throw std::runtime_error("reason");
     };
     try {
-      SaveDirectory directory(folder.path);
-      ObjectExtraction extraction(&directory, check, [](const SavedObject &) {});
-      readFile(filter(), &io, reading, [](uint64_t, const std::string &) {}, &extraction);
+      ObjectExtraction::Target target{SaveDirectory(folder.path), {}, {}};
+      ObjectExtraction extraction("card", &target, check, [](const SavedObject &) {});
+      readFile(
+          filter(), &io, reading, [](uint64_t, const std::string &) {}, &extraction);
     } catch (const std::runtime_error &) {
     }
     failed = hasFailed();

@@ -30,11 +30,10 @@ std::string jsonOf(std::string_view script, JsonForm form = JsonForm::Lines) {
       EXPECT_LT(part.size(), 120000U);
       text += part;
     });
-    writer.begin();
     writer.beginFile("a\xFF");
     play(script, piece, &writer);
     writer.error("b", "no \"card\"");
-    writer.end();
+    writer.flush();
     if (first.empty()) first = text;
     EXPECT_EQ(text, first) << "in pieces of " << piece;
   }
@@ -90,7 +89,7 @@ TEST(JsonWriter, Sections) {
   }
   EXPECT_EQ(jsonOf(script), lines);
   expectValid(lines);
-  EXPECT_EQ(jsonOf(script, JsonForm::Array), array + "\n]\n");
+  EXPECT_EQ(jsonOf(script, JsonForm::Elements), array + "\n]\n");
 }
 
 TEST(JsonWriter, Properties) {
@@ -150,7 +149,7 @@ TEST(JsonWriter, ErrorWithinASection) {
     } catch (const Cut &) {
     }
     writer.error("b", "no \"card\"");
-    writer.end();
+    writer.flush();
     all += text;
     EXPECT_TRUE(text.ends_with(std::string("\n") + kFailure + "\n"));
   }

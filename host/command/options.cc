@@ -1,115 +1,216 @@
 #include "host/command/options.h"
 
-#include <CLI/CLI.hpp>
+#include <getopt.h>
+#include <unistd.h>
+
 #include <algorithm>
-#include <iterator>
+#include <charconv>
+#include <initializer_list>
 #include <string_view>
 #include <utility>
 
-#include "host/filter/filter_library.h"
+#include "host/command/option_table.h"
+#include "host/languages/translation.h"
+#include "host/saving/name_pattern.h"
 
 namespace px {
 namespace {
 
-constexpr const char *kFooter =
-    "Formats: text, json (one array), jsonl (a line for each card), trace (the filter's calls).\n"
-    "\n"
-    "--extract writes a line for each object that is saved: its name in DIR, type, size in bytes,\n"
-    "file and card, with tabs between.\n"
-    "\n"
-    "Exit codes:\n"
-    "  0  all went well\n"
-    "  1  a file, or something in it, could not be read; an object could not be saved; or "
-    "standard\n"
-    "     output could not be written. All that could be read is shown.\n"
-    "  2  wrong use of the command";
+constexpr uint32_t kMostJobs = 256;
+
+[[noreturn]] void wrong(std::string_view text, std::initializer_list<std::string_view> values) {
+  throw UsageError(filled(tr(text), values));
+}
 
 template <class T>
 using Names = std::initializer_list<std::pair<std::string_view, T>>;
 
 template <class T>
-T valueNamed(const std::string &name, std::string_view what, Names<T> names) {
+T valueNamed(std::string_view option, std::string_view name, Names<T> names) {
+  std::string list;
   for (const auto &[known, value] : names) {
     if (name == known) return value;
+    list.append(list.empty() ? "" : ", ").append(known);
   }
-  throw UsageError("unknown " + std::string(what) + " " + name);
+  wrong(N_("%1 knows no %2, but: %3"), {option, name, list});
+}
+
+uint32_t jobsOf(std::string_view text) {
+  uint32_t jobs = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  if (!whole || jobs < 1 || jobs > kMostJobs) {
+    wrong(N_("--jobs needs a number from 1 to %1"), {std::to_string(kMostJobs)});
+  }
+  return jobs;
+}
+
+void chooseLanguage(const std::string &code) {
+  if (useLanguage(code)) return;
+  useLanguageOfEnvironment();
+  std::string list;
+  for (const std::string &known : knownLanguages()) {
+    list.append(list.empty() ? "" : ", ").append(known);
+  }
+  wrong(N_("%1 knows no %2, but: %3"), {"--lang", code, list});
+}
+
+// Tables in the form that getopt_long takes.
+struct Getopt {
+  std::string letters = ":";  // a missing value is told from an unknown option
+  std::vector<option> rows;
+
+  Getopt() {
+    for (const OptionRow &row : optionTable()) {
+      rows.push_back({row.name, row.value ? required_argument : no_argument, nullptr, row.id});
+      if (row.isShort()) letters.append(1, static_cast<char>(row.id)).append(row.value ? ":" : "");
+    }
+    rows.push_back({});
+  }
+};
+
+const OptionRow *rowOf(int id) {
+  const auto table = optionTable();
+  const auto found =
+      std::find_if(table.begin(), table.end(), [id](const OptionRow &row) { return row.id == id; });
+  return found != table.end() ? &*found : nullptr;
+}
+
+// What getopt_long has refused: `id` is the option, 0 for a long one that isn't known, which is
+// `argument` then.
+[[noreturn]] void refuse(bool lacksValue, int id, std::string_view argument) {
+  const OptionRow *row = rowOf(id);
+  const std::string name = row       ? std::string("--") + row->name
+                           : id != 0 ? std::string("-") + static_cast<char>(id)
+                                     : std::string(argument);
+  wrong(lacksValue ? N_("%1 needs a value")
+        : row      ? N_("%1 takes no value")
+                   : N_("unknown option %1"),
+        {name});
+}
+
+void take(int id, const char *value, Options *options) {
+  switch (id) {
+    case OptionFormat:
+      options->task = valueNamed<Task>("--format", value,
+                                       {{"text", Task::Text},
+                                        {"json", Task::Json},
+                                        {"jsonl", Task::JsonLines},
+                                        {"trace", Task::Trace}});
+      break;
+    case OptionExtract:
+      options->directory = value;
+      if (options->directory.empty()) wrong(N_("%1 needs a value"), {"--extract"});
+      break;
+    case OptionName:
+      options->namePattern = value;
+      if (const std::string fault = namePatternFault(value); !fault.empty()) {
+        throw UsageError("--name: " + fault);
+      }
+      break;
+    case OptionRecursive:
+      options->recursive = true;
+      break;
+    case OptionFiles0From:
+      options->files0From = value;
+      if (options->files0From.empty()) wrong(N_("%1 needs a value"), {"--files0-from"});
+      break;
+    case OptionOutput:
+      options->output = value;
+      if (options->output.empty()) wrong(N_("%1 needs a value"), {"--output"});
+      break;
+    case OptionQuiet:
+      options->quiet = true;
+      break;
+    case OptionJobs:
+      options->jobs = jobsOf(value);
+      break;
+    case OptionRaw:
+      options->raw = true;
+      break;
+    case OptionColor:
+      options->color = valueNamed<Color>(
+          "--color", value,
+          {{"auto", Color::Auto}, {"always", Color::Always}, {"never", Color::Never}});
+      break;
+    case OptionCompletion:
+      options->question = Question::Completion;
+      options->shell = valueNamed<const char *>(
+          "--completion", value, {{"bash", "bash"}, {"zsh", "zsh"}, {"fish", "fish"}});
+      break;
+    case OptionHelp:
+      options->question = Question::Help;
+      break;
+    case OptionVersion:
+      options->question = Question::Version;
+      break;
+    default:
+      break;
+  }
+}
+
+// Options and files may be mixed.
+template <class Each>
+void forEachOption(int argc, char **argv, Each each) {
+  const Getopt table;
+  optind = 0;  // from the start, whatever was parsed before
+  opterr = 0;
+  int id;
+  while ((id = getopt_long(argc, argv, table.letters.c_str(), table.rows.data(), nullptr)) != -1) {
+    each(id);
+  }
+}
+
+void checkTogether(const Options &options, const std::vector<int> &given) {
+  const auto has = [&](int id) { return std::count(given.begin(), given.end(), id) > 0; };
+  const auto exclude = [&](int a, std::string_view nameA, int b, std::string_view nameB) {
+    if (has(a) && has(b)) wrong(N_("%1 and %2 exclude each other"), {nameA, nameB});
+  };
+  exclude(OptionFormat, "--format", OptionExtract, "--extract");
+  exclude(OptionFormat, "--format", OptionCheck, "--check");
+  exclude(OptionCheck, "--check", OptionExtract, "--extract");
+  exclude(OptionCheck, "--check", OptionOutput, "--output");
+  if (has(OptionName) && !has(OptionExtract))
+    wrong(N_("%1 goes with %2 only"), {"--name", "--extract"});
+  if (!options.files0From.empty() && !options.files.empty()) {
+    wrong(N_("with --files0-from no file can be an argument"), {});
+  }
 }
 
 }  // namespace
 
-// What the option library would say of wrong arguments is for programmers, so it is left only what
-// it can't get wrong.
-bool parseOptions(int argc, char **argv, Options *options, FileWriter *out) {
-  CLI::App app("Shows vCard and vCalendar files.", "pxcard");
-  app.footer(kFooter);
-  app.allow_extras();
-  std::string formatName = "text";
-  std::string colorName = "auto";
-  const auto last = CLI::MultiOptionPolicy::TakeLast;
-  auto *format = app.add_option("--format", formatName, "What to show; text when not given")
-                     ->multi_option_policy(last)
-                     ->option_text("FORMAT");
-  auto *extract =
-      app.add_option("--extract", options->directory, "Save the embedded objects in DIR instead")
-          ->multi_option_policy(last)
-          ->option_text("DIR");
-  app.add_flag("--raw", options->raw, "Read the bytes as they stand, as trace always does")
-      ->multi_option_policy(last);
-  app.add_option("--color", colorName, "Colours in text: auto, always or never")
-      ->multi_option_policy(last)
-      ->option_text("WHEN");
-  app.add_option("FILE", options->files, "Files to read, - for standard input")
-      ->required()
-      ->option_text("...");
-  app.set_version_flag("--version", std::string(), "Show the versions and exit");
+Options parseOptions(int argc, char **argv) {
+  // The language goes first: what is said of the others is in it.
+  const char *code = nullptr;
+  forEachOption(argc, argv, [&](int id) {
+    if (id == OptionLang) code = optarg;
+  });
+  if (code) {
+    chooseLanguage(code);
+  } else {
+    useLanguageOfEnvironment();
+  }
 
-  std::vector<std::string> arguments;  // last one first, as CLI11 takes them
-  for (int i = argc - 1; i > 0; --i) {
-    arguments.emplace_back(argv[i]);
-    // CLI11 would take a name in brackets for a list of names. Undone below.
-    if (arguments.back().starts_with('[')) arguments.back().insert(0, "./");
-  }
-  try {
-    app.parse(std::move(arguments));
-  } catch (const CLI::CallForHelp &) {
-    out->write(app.help());
-    return false;
-  } catch (const CLI::CallForVersion &) {
-    out->write(std::string("pxcard " PX_VERSION " (libpx_vcrd ") + filterLibrary().version + ")\n");
-    return false;
-  } catch (const CLI::ArgumentMismatch &error) {
-    const std::string text = error.what();  // the option's name and a colon come first
-    throw UsageError(text.substr(0, text.find(':')) + " needs a value");
-  } catch (const CLI::RequiredError &) {
-    throw UsageError("no file is given");
-  } catch (const CLI::ParseError &) {
-    throw UsageError("the arguments make no sense");
-  }
-  const auto undo = [](std::string *argument) {
-    if (argument->starts_with("./[")) argument->erase(0, 2);
-  };
-  undo(&formatName);
-  undo(&colorName);
-  undo(&options->directory);
-  for (std::string &file : options->files) undo(&file);
+  Options options;
+  std::vector<int> given;
+  forEachOption(argc, argv, [&](int id) {
+    if (id == '?' || id == ':') refuse(id == ':', optopt, argv[optind - 1]);
+    take(id, optarg, &options);
+    given.push_back(id);
+  });
+  options.files.assign(argv + optind, argv + argc);
+  if (options.question != Question::None) return options;
 
-  for (const std::string &extra : app.remaining()) {
-    if (extra != "--") throw UsageError("unknown option " + extra);
+  for (const int id : given) {
+    if (id == OptionCheck) options.task = Task::Check;
+    if (id == OptionExtract) options.task = Task::Extract;
   }
-  const bool extracts = extract->count() > 0;
-  if (extracts && format->count() > 0) {
-    throw UsageError("--format and --extract exclude each other");
+  checkTogether(options, given);
+  if (options.files.empty() && options.files0From.empty()) {
+    if (isatty(STDIN_FILENO) == 1) throw UsageError(std::string(tr("no file is given")));
+    options.files.emplace_back("-");
   }
-  if (extracts && options->directory.empty()) throw UsageError("--extract needs a folder");
-  options->format = valueNamed<Format>(formatName, "format",
-                                       {{"text", Format::Text},
-                                        {"json", Format::Json},
-                                        {"jsonl", Format::JsonLines},
-                                        {"trace", Format::Trace}});
-  options->color = valueNamed<Color>(
-      colorName, "time for colours",
-      {{"auto", Color::Auto}, {"always", Color::Always}, {"never", Color::Never}});
-  return true;
+  return options;
 }
 
 }  // namespace px

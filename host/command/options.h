@@ -3,25 +3,34 @@
 #ifndef PX_HOST_COMMAND_OPTIONS_H
 #define PX_HOST_COMMAND_OPTIONS_H
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "host/io/file_writer.h"
-
 namespace px {
 
-enum ExitCode { ExitGood = 0, ExitFailed = 1, ExitUsage = 2 };
-
-enum class Format { Text, Json, JsonLines, Trace };
+// What is made of the files.
+enum class Task { Text, Json, JsonLines, Trace, Check, Extract };
 
 enum class Color { Auto, Always, Never };
 
+// What is asked for in place of work on files.
+enum class Question { None, Help, Version, Completion };
+
 struct Options {
-  Format format = Format::Text;
-  std::string directory;  // to save objects in; empty: show
+  Question question = Question::None;
+  std::string shell;  // of the completion
+  Task task = Task::Text;
+  std::string directory;    // to save objects in
+  std::string namePattern;  // of the saved objects; empty: their own names
   bool raw = false;
   Color color = Color::Auto;
+  std::string output;  // a file; empty: standard output
+  bool quiet = false;
+  uint32_t jobs = 1;
+  bool recursive = false;
+  std::string files0From;  // a file with names; empty: none, "-": standard input
   std::vector<std::string> files;
 };
 
@@ -29,9 +38,9 @@ struct UsageError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Answers false when the arguments ask for the help or the version, with that written to `out`.
-// Throws UsageError, whose text can hold an argument as it was given.
-bool parseOptions(int argc, char **argv, Options *options, FileWriter *out);
+// Chooses the language too: that of --lang, or of the environment. Throws UsageError, whose text
+// is in that language and can hold an argument as it was given.
+Options parseOptions(int argc, char **argv);
 
 }  // namespace px
 

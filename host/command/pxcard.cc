@@ -3,14 +3,22 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <exception>
-#include <new>
+#include <string>
+#include <string_view>
 
+#include "host/command/completion.h"
+#include "host/command/error_text.h"
+#include "host/command/help.h"
+#include "host/command/messages.h"
 #include "host/command/options.h"
 #include "host/command/program.h"
 #include "host/filter/filter_library.h"
+#include "host/io/file_writer.h"
+#include "host/languages/translation.h"
 
 namespace px {
 namespace {
@@ -24,12 +32,22 @@ void occupyStandardDescriptors() {
   }
 }
 
-int run(int argc, char **argv) {
-  FileWriter out(STDOUT_FILENO);
-  Options options;
-  if (parseOptions(argc, argv, &options, &out)) {
-    return Program(filterLibrary(), options, &out).run();
+std::string answerTo(const Options &options) {
+  switch (options.question) {
+    case Question::Help:
+      return helpText();
+    case Question::Completion:
+      return completionScript(options.shell);
+    default:
+      return std::string("pxcard " PX_VERSION " (libpx_vcrd ") + filterLibrary().version + ")\n";
   }
+}
+
+ExitCode run(int argc, char **argv) {
+  const Options options = parseOptions(argc, argv);
+  if (options.question == Question::None) return runProgram(options);
+  FileWriter out(STDOUT_FILENO);
+  out.write(answerTo(options));
   out.flush();
   return ExitGood;
 }
@@ -45,16 +63,15 @@ int main(int argc, char **argv) {
     return px::run(argc, argv);
   } catch (const px::UsageError &error) {
     px::complain(error.what());
-    std::fputs("See pxcard --help.\n", stderr);
+    std::fputs(px::filled(px::tr("See %1."), {"pxcard --help"}).append("\n").c_str(), stderr);
     return px::ExitUsage;
   } catch (const px::WriteError &error) {
     // A reader that has seen enough, such as head, is no news.
-    if (error.code().value() != EPIPE)
-      px::complain(std::string("standard output: ") + error.what());
-  } catch (const std::bad_alloc &) {
-    std::fputs("pxcard: out of memory\n", stderr);
+    if (error.code().value() != EPIPE) {
+      px::complain(std::string(px::tr("standard output")) + ": " + px::errorText(error));
+    }
   } catch (const std::exception &error) {
-    px::complain(error.what());
+    px::complain(px::errorText(error));
   }
   return px::ExitFailed;
 }

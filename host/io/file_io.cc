@@ -38,6 +38,11 @@ int32_t FileIo::readAt(uint64_t position, void *to, uint32_t size, uint32_t *cou
     return IoFailed;
   }
   *count = static_cast<uint32_t>(got);
+  const uint64_t end = position + *count;
+  if (count_ && end > reached_) {
+    count_->fetch_add(end - reached_, std::memory_order_relaxed);
+    reached_ = end;
+  }
   return 0;
 }
 

@@ -3,6 +3,7 @@
 #ifndef PX_HOST_IO_FILE_IO_H
 #define PX_HOST_IO_FILE_IO_H
 
+#include <atomic>
 #include <cstdint>
 
 #include "host/io/file_descriptor.h"
@@ -19,6 +20,10 @@ class FileIo final : public PositionedIo<FileIo> {
  public:
   explicit FileIo(FileDescriptor file);
 
+  // From now on adds to `count` how many bytes of the file have been read at least once, so to say:
+  // how far the furthest read has reached. `count` isn't owned; several files may share it.
+  void countIn(std::atomic<uint64_t> *count) { count_ = count; }
+
   // Throws std::runtime_error, whose text is for a person, when a read has failed: also when the
   // file is larger than LargestInput, or has become shorter than it was in the beginning. The
   // filter takes a failure for the end of the input, so a program asks here after the run.
@@ -29,7 +34,9 @@ class FileIo final : public PositionedIo<FileIo> {
  private:
   FileDescriptor file_;
   uint64_t size_ = 0;  // in the beginning; 0 where the file has none
-  int error_ = 0;      // errno of the first read that failed
+  std::atomic<uint64_t> *count_ = nullptr;
+  uint64_t reached_ = 0;
+  int error_ = 0;  // errno of the first read that failed
   bool cutShort_ = false;
 };
 

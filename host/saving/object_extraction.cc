@@ -3,12 +3,14 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 
 #include "host/io/base64_io.h"
 #include "host/labels/label_texts.h"
 #include "host/saving/content_type.h"
+#include "host/saving/name_pattern.h"
 
 namespace px {
 namespace {
@@ -57,8 +59,12 @@ std::string asFileName(const Property &property) {
 
 }  // namespace
 
-ObjectExtraction::ObjectExtraction(SaveDirectory *directory, CheckInput checkInput, Report report)
-    : directory_(*directory), checkInput_(std::move(checkInput)), report_(std::move(report)) {}
+ObjectExtraction::ObjectExtraction(const std::string &file, Target *target, CheckInput checkInput,
+                                   Report report)
+    : file_(file),
+      target_(*target),
+      checkInput_(std::move(checkInput)),
+      report_(std::move(report)) {}
 
 void ObjectExtraction::beginSection(const Section &section) {
   section_ = section.number;
@@ -88,23 +94,46 @@ void ObjectExtraction::object(const PlacedObject &object) {
   const OpenIo content = object.open();
 
   SavedObject saved;
-  directory_.begin();
+  ContentDigest digest;
+  target_.directory.begin();
   size_t count = readFull(content.get());
   const ContentType type = guessContentType({buffer_.data(), count});
   while (count > 0) {
-    directory_.write(buffer_.data(), count);
+    target_.directory.write(buffer_.data(), count);
+    digest.add(buffer_.data(), count);
     saved.size += count;
     count = readFull(content.get());
   }
 
-  const std::string extension = chooseExtension(object.title, type);
-  const std::string neutral =
-      std::to_string(section_) + "-" + name_ + "-" + std::to_string(++count_[name_]) + extension;
-  saved.name = directory_.commit(safeFileName(object.title, extension), neutral, extension);
+  ++count_[name_];
+  ++number_;
+  const Digest hash = digest.take();
+  if (const std::string *name = target_.contents.find(hash)) {
+    target_.directory.abandon();
+    saved.name = *name;
+  } else {
+    saved.name = commit(object, chooseExtension(object.title, type));
+    target_.contents.add(hash, saved.name);
+  }
   saved.card = section_;
   saved.type = type.mime;
   saved.damaged = badBase64Byte(content.get()).found;
   report_(saved);
+}
+
+// Answers the name that the file has got.
+std::string ObjectExtraction::commit(const PlacedObject &object, std::string_view extension) {
+  const std::string card = std::to_string(section_);
+  const std::string neutral =
+      card + "-" + name_ + "-" + std::to_string(count_[name_]) + std::string(extension);
+  std::string name = object.title;
+  if (!target_.pattern.empty()) {
+    std::string title = object.title;
+    title.resize(title.size() - extensionOf(title).size());
+    name = nameByPattern(target_.pattern, {std::filesystem::path(file_).stem().string(), card,
+                                           name_, std::to_string(number_), title});
+  }
+  return target_.directory.commit(safeFileName(name, extension), neutral, extension);
 }
 
 }  // namespace px

@@ -54,16 +54,6 @@ JsonWriter::JsonWriter(JsonForm form, ContentTypeOf contentTypeOf, TextSink sink
 // Files and sections. Each section is a text of its own to the RapidJSON writer, so the writer's
 // state doesn't grow, and stands on a line of its own.
 
-void JsonWriter::begin() {
-  if (form_ == JsonForm::Array) stream_.put("[");
-}
-
-void JsonWriter::end() {
-  closeSection();
-  if (form_ == JsonForm::Array) stream_.put("\n]\n");
-  stream_.giveOut();
-}
-
 void JsonWriter::beginFile(std::string_view name) {
   closeSection();
   file_ = asUtf8(name);
@@ -78,7 +68,7 @@ void JsonWriter::error(std::string_view file, std::string_view message) {
 }
 
 void JsonWriter::beginObject() {
-  if (form_ == JsonForm::Array) stream_.put(any_ ? ",\n" : "\n");
+  if (form_ == JsonForm::Elements) stream_.put(any_ ? ",\n" : "\n");
   any_ = true;
   writer_.Reset(stream_);
   writer_.StartObject();

@@ -1,11 +1,10 @@
 // Cards as JSON, an object a section: docs/json.md tells the keys.
 //
-//     JsonWriter json(JsonForm::Array, contentTypeOf, sink);
-//     json.begin();
+//     JsonWriter json(JsonForm::Lines, contentTypeOf, sink);
 //     for each file:
 //       json.beginFile(name);
 //       the events of its sections, or error
-//     json.end();
+//     json.flush();
 //
 // All goes out as it comes: memory doesn't grow with a value, a card or a file. This takes the
 // summary's lines in the order of SummaryKind, each kind together, as the reader gives them.
@@ -28,17 +27,13 @@
 namespace px {
 
 enum class JsonForm {
-  Array,  // one array over all files
-  Lines,  // a line for each section and nothing around them
+  Elements,  // of an array, with commas between; its brackets are the caller's
+  Lines,     // a line for each section
 };
 
 class JsonWriter : public CardEvents {
  public:
   JsonWriter(JsonForm form, ContentTypeOf contentTypeOf, TextSink sink);
-
-  // Begins and ends the text over all files. Nothing is held behind the end.
-  void begin();
-  void end();
 
   // `name` is what the sections that follow are told to stand in; what isn't UTF-8 in it
   // becomes U+FFFD.
@@ -48,7 +43,7 @@ class JsonWriter : public CardEvents {
   // begun is closed before it. `message` is for a person.
   void error(std::string_view file, std::string_view message);
 
-  // Gives all that was written to the sink.
+  // Gives all that was written to the sink. Behind a file's last section.
   void flush() { stream_.giveOut(); }
 
   void beginSection(const Section &section) override;

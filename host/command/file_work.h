@@ -1,0 +1,38 @@
+// What is done with one file: read, and shown, checked or taken apart.
+
+#ifndef PX_HOST_COMMAND_FILE_WORK_H
+#define PX_HOST_COMMAND_FILE_WORK_H
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+
+#include "host/command/file_output.h"
+#include "host/command/inputs.h"
+#include "host/command/options.h"
+#include "host/filter/filter_library.h"
+#include "host/saving/object_extraction.h"
+#include "host/writers/text_look.h"
+
+namespace px {
+
+// What the work on all files has in common.
+struct WorkSettings {
+  const FilterLibrary &filter;
+  const Options &options;
+  TextLook look;
+  bool titled;                       // each file's text stands under its name
+  ObjectExtraction::Target *target;  // for Task::Extract, which one thread does
+  std::atomic<uint64_t> *bytesRead;
+};
+
+// What stands around the files' outputs.
+OutputFrame frameOf(Task task);
+
+// Does the task with a file. Answers whether all of it could be read; what couldn't is told to the
+// output. Throws what writing to the output throws.
+bool doFile(const WorkSettings &settings, const Input &input, FileOutput *output);
+
+}  // namespace px
+
+#endif
