@@ -34,7 +34,7 @@ namespace {
     N_("an embedded object can't be read"),
     N_("cut short while it was read"),
     N_("not a vCard or vCalendar file"),
-    N_("temporary file"),
+    N_("temporary file in TMPDIR or /tmp"),
     N_("the input can't be read"),
 
     N_("BEGIN of nothing"),

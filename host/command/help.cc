@@ -26,7 +26,7 @@ void writeOption(const OptionRow &row, WrappedLines *lines) {
   lines->write(row.isShort() ? std::string("  -") + static_cast<char>(row.id) + ", --"
                              : "      --");
   lines->write(row.name);
-  if (row.value) lines->write(std::string(" ") + std::string(tr(row.value)));
+  if (row.value) lines->write(std::string(" ") + row.value);
   if (lines->column() + 2 > kHelpColumn) lines->endLine();
   lines->setIndent(kHelpColumn);
   lines->padTo(kHelpColumn);

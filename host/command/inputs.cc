@@ -89,7 +89,7 @@ bool InputList::nextName(Input *input) {
     if (input->name.back() == '\0') input->name.pop_back();
     if (input->name.empty()) {
       input->name = options_.files0From;
-      input->fault = tr("a name in the list of files is empty");
+      input->fault = tr("holds an empty name; each name ends with one zero byte");
     } else if (input->name == "-" && isStandardInput) {
       input->fault = tr("gives the names of files, so it can't be read as one");
     }

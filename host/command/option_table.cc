@@ -6,34 +6,34 @@ namespace px {
 namespace {
 
 constexpr OptionRow kOptions[] = {
-    {OptionFormat, "format", N_("FORMAT"), Completes::Words, "text json jsonl trace",
+    {OptionFormat, "format", "FORMAT", Completes::Words, "text json jsonl trace",
      N_("show text, json (one array), jsonl (a line for each card) or trace (the filter's calls); "
         "text when not given")},
     {OptionCheck, "check", nullptr, Completes::Nothing, "", N_("show nothing, only tell faults")},
-    {OptionExtract, "extract", N_("DIR"), Completes::Folders, "",
+    {OptionExtract, "extract", "DIR", Completes::Folders, "",
      N_("save the embedded objects in DIR instead; writes a line for each: name, type, size in "
         "bytes, file and card, with tabs between. Equal content is saved once. Reads one file at "
         "a time")},
-    {OptionName, "name", N_("PATTERN"), Completes::Words,
+    {OptionName, "name", "PATTERN", Completes::Words,
      "{file}-{card}-{kind} {file}-{number} {title}",
      N_("name the saved objects by {file}, {card}, {kind}, {number} and {title}; the extension "
         "comes from the content")},
     {OptionRecursive, "recursive", nullptr, Completes::Nothing, "",
      N_("read every .vcf, .vcard, .vcs and .ics file below folders")},
-    {OptionFiles0From, "files0-from", N_("FILE"), Completes::Files, "",
+    {OptionFiles0From, "files0-from", "FILE", Completes::Files, "",
      N_("read the files that FILE names, with a zero byte behind each name; - for standard input")},
-    {OptionOutput, "output", N_("FILE"), Completes::Files, "",
+    {OptionOutput, "output", "FILE", Completes::Files, "",
      N_("write to FILE, which is replaced when all is written")},
     {OptionQuiet, "quiet", nullptr, Completes::Nothing, "",
      N_("don't tell faults of files; the exit code does")},
-    {OptionJobs, "jobs", N_("N"), Completes::Nothing, "", N_("read N files at a time")},
+    {OptionJobs, "jobs", "N", Completes::Nothing, "", N_("read N files at a time")},
     {OptionRaw, "raw", nullptr, Completes::Nothing, "",
      N_("read the bytes as they stand, as trace always does")},
-    {OptionColor, "color", N_("WHEN"), Completes::Words, "auto always never",
+    {OptionColor, "color", "WHEN", Completes::Words, "auto always never",
      N_("colours in text: auto, always or never")},
-    {OptionLang, "lang", N_("LANG"), Completes::Words, "ar de en es fr ja",
+    {OptionLang, "lang", "LANG", Completes::Words, "ar de en es fr ja",
      N_("speak a language: ar, de, en, es, fr or ja; that of the locale when not given")},
-    {OptionCompletion, "completion", N_("SHELL"), Completes::Words, "bash zsh fish",
+    {OptionCompletion, "completion", "SHELL", Completes::Words, "bash zsh fish",
      N_("write the completion for bash, zsh or fish")},
     {OptionHelp, "help", nullptr, Completes::Nothing, "", N_("show this help")},
     {OptionVersion, "version", nullptr, Completes::Nothing, "", N_("show the versions")},

@@ -32,7 +32,7 @@ T valueNamed(std::string_view option, std::string_view name, Names<T> names) {
     if (name == known) return value;
     list.append(list.empty() ? "" : ", ").append(known);
   }
-  wrong(N_("%1 knows no %2, but: %3"), {option, name, list});
+  wrong(N_("unknown value %2 for %1; known: %3"), {option, name, list});
 }
 
 uint32_t jobsOf(std::string_view text) {
@@ -52,7 +52,7 @@ void chooseLanguage(const std::string &code) {
   for (const std::string &known : knownLanguages()) {
     list.append(list.empty() ? "" : ", ").append(known);
   }
-  wrong(N_("%1 knows no %2, but: %3"), {"--lang", code, list});
+  wrong(N_("unknown value %2 for %1; known: %3"), {"--lang", code, list});
 }
 
 // Tables in the form that getopt_long takes.

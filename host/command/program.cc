@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <optional>
+#include <functional>
 #include <system_error>
 
 #include "host/command/file_output.h"
@@ -66,16 +66,20 @@ ExitCode runInto(const Options &options, int file) {
 
 }  // namespace
 
-ExitCode runProgram(const Options &options) {
-  if (options.output.empty()) return runInto(options, STDOUT_FILENO);
-  OutputFile file(options.output);
+ExitCode writeOutput(const std::string &name, const std::function<ExitCode(int file)> &write) {
+  if (name.empty()) return write(STDOUT_FILENO);
+  OutputFile file(name);
   try {
-    const ExitCode code = runInto(options, file.number());
+    const ExitCode code = write(file.number());
     file.commit();
     return code;
   } catch (const WriteError &error) {
-    throw std::system_error(error.code(), options.output);
+    throw std::system_error(error.code(), name);
   }
+}
+
+ExitCode runProgram(const Options &options) {
+  return writeOutput(options.output, [&options](int file) { return runInto(options, file); });
 }
 
 }  // namespace px

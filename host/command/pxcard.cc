@@ -46,10 +46,13 @@ std::string answerTo(const Options &options) {
 ExitCode run(int argc, char **argv) {
   const Options options = parseOptions(argc, argv);
   if (options.question == Question::None) return runProgram(options);
-  FileWriter out(STDOUT_FILENO);
-  out.write(answerTo(options));
-  out.flush();
-  return ExitGood;
+  const std::string answer = answerTo(options);
+  return writeOutput(options.output, [&answer](int file) {
+    FileWriter out(file);
+    out.write(answer);
+    out.flush();
+    return ExitGood;
+  });
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ namespace px {
 namespace {
 
 [[noreturn]] void fail(int error) {
-  throw std::system_error(error, std::generic_category(), "temporary file");
+  throw std::system_error(error, std::generic_category(), "temporary file in TMPDIR or /tmp");
 }
 
 }  // namespace
