@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The command, from the outside: pxcard_test.sh PXCARD SAMPLES
 set -u
+export LC_ALL=C
 pxcard=$1
 samples=$2
 work=$(mktemp -d)
@@ -69,7 +70,7 @@ SoBeginSection(0, 0, 0)"
 expect 1 'pxcard: empty.vcf: not a vCard or vCalendar file' empty.vcf
 expect 1 'pxcard: standard input: not a vCard or vCalendar file' - </dev/null
 expect 1 'pxcard: standard input: Bad file descriptor' - <&-
-expect 1 'pxcard: .: Is a directory' .
+expect 1 'pxcard: .: is a folder; -r reads the files below it' .
 expect 1 'pxcard: a�[1m�b: No such file or directory' $'a\e[1m\nb'
 expect 1 'pxcard: none: No such file or directory
 pxcard: wrong.txt: not a vCard or vCalendar file' none ./-x.vcf wrong.txt
@@ -92,24 +93,129 @@ for _ in {1..500}; do cat "$agent"; done >shrinking.vcf
 "$pxcard" --format trace shrinking.vcf 2>err | { read -r _; : >shrinking.vcf; cat >out; }
 same 'shrinking' "${PIPESTATUS[0]} $(<err)" '1 pxcard: shrinking.vcf: cut short while it was read'
 
+# Many inputs: folders with a loop in them, a list, standard input that isn't named.
+mkdir -p tree/Sub/deep tree/empty
+cp "$agent" tree/Sub/deep/B.VCF
+cp "$agent" tree/a.vcard
+ln -s ../a.vcard tree/Sub/link.ics
+ln -s .. tree/Sub/loop
+echo other >tree/c.txt
+expect 0 '' -r tree
+same 'files below' "$(grep '^== ' out)" '== tree/Sub/deep/B.VCF ==
+== tree/Sub/link.ics ==
+== tree/a.vcard =='
+expect 1 'pxcard: tree/empty: holds no file named .vcf, .vcard, .vcs or .ics' -r tree/empty
+printf 'tree/a.vcard\0-\0\0%s' "$agent" >names
+expect 1 "pxcard: standard input: gives the names of files, so it can't be read as one
+pxcard: standard input: holds an empty name; each name ends with one zero byte" --files0-from - <names
+same 'files of a list' "$(grep '^== ' out)" "== tree/a.vcard ==
+== $agent =="
+expect 1 'pxcard: none: No such file or directory' --files0-from none
+expect 0 '' --files0-from /dev/null
+like_shown < <(cat "$agent")
+
+# Files in parallel: the same, in the same order.
+for _ in {1..30}; do many+=("$samples/several.vcf" none "$work/bad-lines.vcf"); done
+printf 'BEGIN:VCARD\nnothing\nEND:VCARD\n' >bad-lines.vcf
+for format in text json jsonl trace; do
+  "$pxcard" --format $format "${many[@]}" >one 2>one.err
+  expect 1 "$(<one.err)" --jobs 3 --format $format "${many[@]}"
+  cmp one out || same "$format in parallel" other equal
+  [ $format != json ] || python3 -m json.tool out >/dev/null || same 'one array' bad good
+done
+
+# Faults alone, and none of them.
+expect 1 'pxcard: bad-lines.vcf: line 2: no colon: not a property' --check bad-lines.vcf "$agent"
+same 'checked' "$(<out)" ''
+expect 0 '' --check "$agent"
+expect 1 '' -q none bad-lines.vcf
+
+# The output file is there as a whole or as it was.
+echo old >kept
+chmod 640 kept
+ln -s kept link
+expect 1 'pxcard: none: No such file or directory' -o link none "$agent"
+same 'output file' "$(<kept)$(stat -c %a kept)$(find . -name '.px*' -o -type l -name link)" \
+  "== $agent ==
+
+${shown}640./link"
+(ulimit -f 0; "$pxcard" -o kept --format trace "${many[@]}" 2>&1) >/dev/null
+same 'full disk, output file' "$? $(stat -c %a kept) $(find . -name '.px*')" '1 640 '
+grep -q '^== ' kept || same 'the old file' gone there
+expect 1 'pxcard: no/there: No such file or directory' -o no/there "$agent"
+expect 1 'pxcard: .: Is a directory' -o . "$agent"
+expect 0 '' -o /dev/null "$agent"
+
+# On a terminal: no input, and a line that tells how far the work is and goes at the end.
+at_terminal() { script -qec "$1" /dev/null </dev/null | tr '\r' '\n' | tr -d '\n\033'; }
+same 'terminal' "$(at_terminal "$pxcard </dev/tty")" 'pxcard: no file is given''See pxcard --help.'
+same 'progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -o progress - '$agent'" |
+  sed -E 's|([0-9.]+ k?B, [0-9] files, [0-9.]+ k?B/s[[]K)+|LINE|')" '[KLINE'
+same 'no progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -q -o progress -")" ''
+
 # Wrong use.
 while IFS='|' read -r wrong words; do
   read -r -a arguments <<<"$wrong"
   expect 2 "pxcard: $words
 See pxcard --help." "${arguments[@]}"
 done <<END
-|no file is given
---extract d|no file is given
 --nonsense $agent|unknown option --nonsense
 -x $agent|unknown option -x
---format [nonsense $agent|unknown format [nonsense
+--format [nonsense $agent|unknown value [nonsense for --format; known: text, json, jsonl, trace
+--raw=1 $agent|--raw takes no value
+--lang xx $agent|unknown value xx for --lang; known: ar, de, en, es, fr, ja
+--jobs 0 $agent|--jobs needs a number from 1 to 256
+--jobs 2x $agent|--jobs needs a number from 1 to 256
+--files0-from x $agent|with --files0-from no file can be an argument
+--check -o x $agent|--check and --output exclude each other
+--name x $agent|--name goes with --extract only
+--extract d --name x/y $agent|--name: a name can't hold a slash; --extract gives the folder
+--extract d --name {no $agent|--name: there is no {no, but {file}, {card}, {kind}, {number} and {title}
 --format|--format needs a value
 --extract|--extract needs a value
 --extract d --format trace $agent|--format and --extract exclude each other
 --$(printf '\e[1m') $agent|unknown option --�[1m
 END
+
+# The help, the page and the completions tell the same.
 expect 0 '' --help
-same 'codes in the help' "$(grep -Ec '^ *[012]  ' out)" 3
+share=$(dirname "$pxcard")/../share
+page=$share/man/man1/pxcard.1
+options=$(grep -oE '^ +(-., )?--[a-z0-9-]+' out | grep -oE -- '--[a-z0-9-]+')
+same 'options' "$(wc -w <<<"$options")" 15
+for option in $options; do
+  name=${option#--}
+  grep -qF -- "fB$option\\fR" "$page" || same "$option in the page" none there
+  grep -qE -- "[ |]$option[ |)']" "$share/bash-completion/completions/pxcard" &&
+    grep -qE -- "[ {]$option[,'}]" "$share/zsh/site-functions/_pxcard" &&
+    grep -qE -- " -l $name " "$share/fish/vendor_completions.d/pxcard.fish" ||
+    same "$option in the completions" none there
+done
+bash -c '. "$1"; _pxcard pxcard tr --format; echo "${COMPREPLY[*]}"; _pxcard pxcard --ch x
+  echo "${COMPREPLY[*]}"' - "$share/bash-completion/completions/pxcard" >out2
+same 'completed' "$(<out2)" 'trace
+--check'
+same 'codes' "$(sed -nE '/^Exit codes/,$s/^ +([0-9])  /\1 /p' out)" \
+  "$(sed -n '/EXIT CODES/,/ENVIRONMENT/p' "$page" | grep -A2 '^\\fB' | grep -v '^\(--\|.RS.*\)$' |
+    sed 's/\\f[BR]//g' | paste -d' ' - -)"
+
+# Languages, on a system without any locale.
+mkdir speech
+while IFS='|' read -r environment arguments words; do
+  # shellcheck disable=SC2086
+  (cd speech && env -i $environment "$pxcard" $arguments "$samples/picture.vcf" none) >out 2>&1
+  same "language of '$environment' '$arguments'" "$(grep -cE "$words" out)" 1
+done <<END
+|--lang de|^Telefon .geschäft
+|--lang de_AT.UTF-8|none: Datei oder Ordner nicht gefunden
+LANG=ja_JP.UTF-8||^電話 .勤務先
+LC_ALL=ar_EG LANG=de_DE||^الهاتف .العمل
+LANG=fr_FR LANGUAGE=xx:es:de||^Teléfono .trabajo
+LANG=C LANGUAGE=de||^Telephone .work
+LANG=de_DE|--lang en|^Telephone .work
+LANG=de_DE|--format json|"label":"Telephone"
+|--lang de --format nonsense|unbekannter Wert nonsense
+END
 expect 0 '' --version
 same 'version' "$(sed -E 's/[0-9]+(\.[0-9]+)+/N/g' out)" 'pxcard N (libpx_vcrd N)'
 
@@ -121,8 +227,8 @@ done
 same 'saved objects' "$(<saved)" "1-photo-1.jpg	image/jpeg	534	$samples/picture.vcf	1
 1-sound-1.wav	audio/x-wav	844	$samples/key-and-sound.vcf	1
 1-key-1.pgp	application/pgp-keys	239	$samples/key-and-sound.vcf	1
-agenda.txt	text/plain	84	$samples/calendar.vcs	1
-1-attachment-2.png	image/png	371	$samples/calendar.vcs	1"
+agenda.txt	text/plain	84	$samples/calendar.vcs	2
+2-attachment-2.png	image/png	371	$samples/calendar.vcs	2"
 sed -n '/^PHOTO/,/^.$/p' "$samples/picture.vcf" | tail -n +2 | tr -d ' \r' | base64 -d >photo
 cmp photo objects/1-photo-1.jpg || same 'the photo' other equal
 expect 0 "pxcard: $agent: no embedded objects" --extract none "$agent"
@@ -133,13 +239,30 @@ expect 1 "pxcard: $picture: wrong.txt: Not a directory" --extract wrong.txt "$pi
 limited=$(ulimit -f 0; "$pxcard" --extract limited "$picture" 2>&1)
 same 'no room' "$limited$(ls -A limited)" "pxcard: $picture: limited: File too large"
 
+# Equal content is saved once; names by a pattern.
+picture_line="image/jpeg	534	$picture	1"
+expect 0 '' --extract named --jobs 2 --name '{file}-{card}-{kind}{number}{title}' "$picture" "$picture" \
+  "$samples/calendar.vcs"
+same 'named' "$(<out)" "picture-1-photo1.jpg	$picture_line
+picture-1-photo1.jpg	$picture_line
+calendar-2-attachment1agenda.txt	text/plain	84	$samples/calendar.vcs	2
+calendar-2-attachment2.png	image/png	371	$samples/calendar.vcs	2"
+same 'saved once' "$(find named -type f | wc -l)" 3
+cp "$picture" $'\\..a\e.vcf'
+expect 0 '' --extract named --name '.{file}{title}-' $'\\..a\e.vcf'
+same 'safe name' "$(cut -f1 out)" 'a_-.jpg'
+
 # Titles of strangers.
 long=$(printf 'n%.0s' {1..300})
 {
   printf 'BEGIN:VCALENDAR\r\n'
-  printf 'ATTACH;VALUE=BINARY;ENCODING=BASE64;X-FILENAME=%s:\r\n aGVsbG8K\r\n\r\n' ../up.txt \
-    /abs.txt ../../.. $'c\e[31m\x01.txt' same.csv same.csv taken.txt link.txt "$long" "$long" \
-    .hidden
+  count=10
+  for name in ../up.txt /abs.txt ../../.. $'c\e[31m\x01.txt' same.csv same.csv taken.txt link.txt \
+    "$long" "$long" .hidden; do
+    printf 'ATTACH;VALUE=BINARY;ENCODING=BASE64;X-FILENAME=%s:\r\n %s\r\n\r\n' "$name" \
+      "$(printf 'no%d\n\n' $count | base64)"
+    count=$((count + 1))
+  done
   printf 'END:VCALENDAR\r\n'
 } >hostile.vcs
 mkdir -p in/d
@@ -161,10 +284,12 @@ d/up.txt 6"
 same 'lines' "$(grep -c '^[^	]*	text/plain	6	hostile.vcs	1$' out)" 11
 
 # Data that breaks off; the next card's is whole.
-printf 'BEGIN:VCARD\nKEY;BASE64:%s\nEND:VCARD\n' 'QUJD*QUJD' QUJD >bad.vcf
-expect 1 'pxcard: bad.vcf: 1-key-1.txt: cut off at a byte that is no Base64' --extract bad bad.vcf
+printf 'BEGIN:VCARD\nKEY;BASE64:%s\nEND:VCARD\n' 'QUJD*QUJD' REVG >bad.vcf
+expect 1 'pxcard: bad.vcf: line 2: the Base64 text ends at a byte that is none, 0x2A' --extract bad \
+  bad.vcf
+expect 1 'pxcard: bad.vcf: 1-key-1.txt: cut off at a byte that is no Base64' --raw --extract raw bad.vcf
 same 'both' "$(<out)" '1-key-1.txt	text/plain	3	bad.vcf	1
 2-key-1.txt	text/plain	3	bad.vcf	2'
-same 'their data' "$(cat bad/*)" ABCABC
+same 'their data' "$(cat bad/*)" ABCDEF
 
 exit $((failures > 0))

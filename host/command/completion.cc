@@ -73,7 +73,7 @@ std::string bashScript() {
          "complete -o filenames -F _pxcard pxcard\n";
 }
 
-// A row of _arguments: '(-o --output)'{-o,--output}'[write to FILE]:FILE:_files'
+// A row of _arguments: '(--output -o)'{--output,-o}'=[write to FILE]:FILE:_files'
 std::string zshRow(const OptionRow &row) {
   std::string help, words;
   for (const char c : shortHelp(row)) {
@@ -88,6 +88,7 @@ std::string zshRow(const OptionRow &row) {
     if (row.completes == Completes::Folders) tail += "_files -/";
     if (row.completes == Completes::Nothing) tail += " ";
   }
+  if (row.value) tail.insert(0, "=");  // the value may stand behind that too
   const std::string head = row.isShort()
                                ? "'(" + namesOf(row, " ") + ")'{" + namesOf(row, ",") + "}"
                                : namesOf(row, " ");

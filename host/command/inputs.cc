@@ -74,13 +74,13 @@ bool InputList::nextName(Input *input) {
   }
   if (namesEnded_) return false;
   const bool isStandardInput = options_.files0From == "-";
+  char *name = nullptr;
+  size_t room = 0;
+  errno = 0;
   if (!names_) {
     names_.reset(isStandardInput ? fdopen(dup(STDIN_FILENO), "r")
                                  : fopen(options_.files0From.c_str(), "re"));
   }
-  char *name = nullptr;
-  size_t room = 0;
-  errno = 0;
   const ssize_t length = names_ ? getdelim(&name, &room, '\0', names_.get()) : -1;
   const int error = errno;
   if (length > 0) input->name.assign(name, static_cast<size_t>(length));

@@ -1,5 +1,7 @@
 #include "host/saving/name_pattern.h"
 
+#include <algorithm>
+
 #include "host/languages/translation.h"
 #include "host/saving/save_directory.h"
 
@@ -32,7 +34,8 @@ std::string namePatternFault(std::string_view pattern) {
   }
   for (size_t at = 0; (at = pattern.find('{', at)) != pattern.npos; ++at) {
     if (partAt(pattern.substr(at))) continue;
-    const std::string_view name = pattern.substr(at, pattern.find('}', at) - at + 1);
+    const size_t end = std::min(pattern.find('}', at), pattern.size() - 1);
+    const std::string_view name = pattern.substr(at, end - at + 1);
     return filled(tr("there is no %1, but {file}, {card}, {kind}, {number} and {title}"), {name});
   }
   return {};
