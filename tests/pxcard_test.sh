@@ -99,6 +99,7 @@ cp "$agent" tree/Sub/deep/B.VCF
 cp "$agent" tree/a.vcard
 ln -s ../a.vcard tree/Sub/link.ics
 ln -s .. tree/Sub/loop
+ln -s "$samples" tree/linked
 echo other >tree/c.txt
 expect 0 '' -r tree
 same 'files below' "$(grep '^== ' out)" '== tree/Sub/deep/B.VCF ==
@@ -118,9 +119,11 @@ like_shown < <(cat "$agent")
 for _ in {1..30}; do many+=("$samples/several.vcf" none "$work/bad-lines.vcf"); done
 printf 'BEGIN:VCARD\nnothing\nEND:VCARD\n' >bad-lines.vcf
 for format in text json jsonl trace; do
-  "$pxcard" --format $format "${many[@]}" >one 2>one.err
-  expect 1 "$(<one.err)" --jobs 3 --format $format "${many[@]}"
+  "$pxcard" --format $format "${many[@]}" >one 2>&1
+  "$pxcard" --jobs 3 --format $format "${many[@]}" >out 2>&1
+  same "code of $format in parallel" $? 1
   cmp one out || same "$format in parallel" other equal
+  "$pxcard" -q --jobs 2 --format $format "${many[@]}" >out
   [ $format != json ] || python3 -m json.tool out >/dev/null || same 'one array' bad good
 done
 
