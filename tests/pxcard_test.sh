@@ -92,6 +92,19 @@ for _ in {1..500}; do cat "$agent"; done >shrinking.vcf
 "$pxcard" --format trace shrinking.vcf 2>err | { read -r _; : >shrinking.vcf; cat >out; }
 same 'shrinking' "${PIPESTATUS[0]} $(<err)" '1 pxcard: shrinking.vcf: cut short while it was read'
 
+# Formats, and what is said of damage.
+expect 0 '' --format jsonl "$agent" "$agent"
+same 'a line for each card' "$(wc -l <out)" 4
+expect 1 'pxcard: wrong.txt: not a vCard or vCalendar file' --format json wrong.txt
+same 'a file that is no card' "$(<out)" '[
+{"file":"wrong.txt","error":"not a vCard or vCalendar file"}
+]'
+printf 'BEGIN:VCARD\nFN:a\nBEGIN:VCARD\nFN:\xff\nNOTE;CHARSET=UTF-8:\xff\nEND:VCARD\n' >faults.vcf
+expect 1 'pxcard: faults.vcf: line 1: VCARD without END
+pxcard: faults.vcf: line 5: bytes that are no text in the value'\''s character set' faults.vcf
+same 'colours' "$("$pxcard" --color always "$agent" | grep -c $'\e\[')" "$("$pxcard" --color always "$agent" | grep -c $'\e\[0m')"
+same 'no colours' "$("$pxcard" "$agent" | grep -c $'\e')" 0
+
 # Wrong use.
 while IFS='|' read -r wrong words; do
   read -r -a arguments <<<"$wrong"
@@ -121,8 +134,8 @@ done
 same 'saved objects' "$(<saved)" "1-photo-1.jpg	image/jpeg	534	$samples/picture.vcf	1
 1-sound-1.wav	audio/x-wav	844	$samples/key-and-sound.vcf	1
 1-key-1.pgp	application/pgp-keys	239	$samples/key-and-sound.vcf	1
-agenda.txt	text/plain	84	$samples/calendar.vcs	1
-1-attachment-2.png	image/png	371	$samples/calendar.vcs	1"
+agenda.txt	text/plain	84	$samples/calendar.vcs	2
+2-attachment-2.png	image/png	371	$samples/calendar.vcs	2"
 sed -n '/^PHOTO/,/^.$/p' "$samples/picture.vcf" | tail -n +2 | tr -d ' \r' | base64 -d >photo
 cmp photo objects/1-photo-1.jpg || same 'the photo' other equal
 expect 0 "pxcard: $agent: no embedded objects" --extract none "$agent"
@@ -162,7 +175,8 @@ same 'lines' "$(grep -c '^[^	]*	text/plain	6	hostile.vcs	1$' out)" 11
 
 # Data that breaks off; the next card's is whole.
 printf 'BEGIN:VCARD\nKEY;BASE64:%s\nEND:VCARD\n' 'QUJD*QUJD' QUJD >bad.vcf
-expect 1 'pxcard: bad.vcf: 1-key-1.txt: cut off at a byte that is no Base64' --extract bad bad.vcf
+expect 1 'pxcard: bad.vcf: 1-key-1.txt: cut off at a byte that is no Base64' --raw --extract raw bad.vcf
+expect 1 'pxcard: bad.vcf: line 2: the Base64 text ends at a byte that is none, 0x2A' --extract bad bad.vcf
 same 'both' "$(<out)" '1-key-1.txt	text/plain	3	bad.vcf	1
 2-key-1.txt	text/plain	3	bad.vcf	2'
 same 'their data' "$(cat bad/*)" ABCABC

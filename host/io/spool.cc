@@ -1,14 +1,12 @@
 #include "host/io/spool.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
-#include <string>
 #include <system_error>
 
 #include "host/io/file_io.h"
+#include "host/io/spool_file.h"
 
 namespace px {
 namespace {
@@ -17,19 +15,6 @@ namespace {
 
 [[noreturn]] void failTemporary(int error) {
   throw std::system_error(error, std::generic_category(), "temporary file");
-}
-
-FileDescriptor openTemporaryFile() {
-  const char *variable = std::getenv("TMPDIR");
-  const std::string directory = variable && *variable ? variable : "/tmp";
-  FileDescriptor file(open(directory.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
-  if (file.isOpen()) return file;
-  // Not every file system has files without names.
-  std::string name = directory + "/pxcard-XXXXXX";
-  file = FileDescriptor(mkostemp(name.data(), O_CLOEXEC));
-  if (!file.isOpen()) failTemporary(errno);
-  unlink(name.c_str());
-  return file;
 }
 
 void writeAll(int file, const char *bytes, size_t size) {

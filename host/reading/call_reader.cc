@@ -657,6 +657,8 @@ void CallReader::putBreaks(uint32_t count) {
 void CallReader::valueText(std::string_view utf8) {
   tabsDue_ = 0;
   if (inSubLabel_) return;
+  if (blankHeld_ && breaks_ == 0 && !muted_) events_.text(" ");
+  blankHeld_ = false;
   putBreaks(breaks_);
   breaks_ = 0;
   if (skipsField_) {
@@ -669,7 +671,6 @@ void CallReader::valueText(std::string_view utf8) {
     return;
   }
   // Plain text of a view: fields are divided in it, and a line end comes behind a blank.
-  if (blankHeld_) events_.text(" ");
   blankHeld_ = utf8.ends_with(' ');
   if (blankHeld_) utf8.remove_suffix(1);
   if (!line_->fieldsInText) {
@@ -689,7 +690,6 @@ void CallReader::valueText(std::string_view utf8) {
 
 void CallReader::valueBreak() {
   if (inSubLabel_) return;
-  blankHeld_ = false;
   ++breaks_;
   const bool plainText = line_ ? line_->callLabel == 0 : property_.label == 0;
   tabsDue_ = plainText ? 0 : 2;
@@ -755,7 +755,7 @@ void CallReader::endProperty() {
   if (place_ == Place::Label || place_ == Place::List) beginValue();
   if (!propertyOpen_) return;
   propertyOpen_ = false;
-  if (blankHeld_ && !muted_) events_.text(" ");
+  if (blankHeld_ && breaks_ <= 1 && !muted_) events_.text(" ");
   if (fieldOpen_) {
     endField();
   } else {

@@ -1,5 +1,6 @@
 #include "host/source/view_builder.h"
 
+#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
@@ -24,6 +25,18 @@ constexpr uint64_t kLargeDocument = uint64_t{1} << 30;
 bool isCalendarPart(std::string_view name) {
   return name == "VEVENT" || name == "VTODO" || name == "VJOURNAL" || name == "VFREEBUSY" ||
          name == "VTIMEZONE" || name == "VALARM";
+}
+
+// Takes a value; answers the head of its text, without the blanks around it.
+std::string shortText(ValueBytes *value) {
+  constexpr size_t longest = 32;
+  std::string text;
+  for (std::string_view piece = value->next(); !piece.empty(); piece = value->next()) {
+    if (text.empty()) piece.remove_prefix(std::min(piece.find_first_not_of(" \t"), piece.size()));
+    text += piece.substr(0, longest - std::min(longest, text.size()));
+  }
+  text.erase(text.find_last_not_of(" \t") + 1);
+  return text;
 }
 
 }  // namespace
@@ -132,8 +145,11 @@ std::string ViewBuilder::versionOfCalendar() {
     if (equalsNoCase(line.name, "BEGIN") || equalsNoCase(line.name, "END")) break;
     ValueBytes value(&source, transferOf(line.parameters), FoldRule::DropsBlank);
     const bool wanted = equalsNoCase(line.name, "VERSION");
-    if (wanted) version = value.next().substr(0, 32);
-    value.skip();
+    if (wanted) {
+      version = shortText(&value);
+    } else {
+      value.skip();
+    }
   }
   source.moveTo(here);
   return version;
@@ -240,14 +256,12 @@ ViewBuilder::Survey ViewBuilder::survey(Input *input, const std::string &name) {
     ValueBytes value(&input->source, transferOf(line.parameters), FoldRule::DropsBlank);
     if (equalsNoCase(line.name, "VERSION") && !hasVersion) {
       hasVersion = true;
-      std::string_view text = value.next().substr(0, 32);
-      text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-      found.version = text.substr(0, text.find_last_not_of(" \t") + 1);
+      found.version = shortText(&value);
     } else if (equalsNoCase(line.name, "FN")) {
-      found.hasName =
-          found.hasName || value.next().find_first_not_of(" \t") != std::string_view::npos;
+      found.hasName = found.hasName || !shortText(&value).empty();
+    } else {
+      value.skip();
     }
-    value.skip();
   }
   input->source.moveTo(here);
   return found;
