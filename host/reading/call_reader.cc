@@ -443,8 +443,9 @@ void CallReader::endLine() {
     lineHeld_ = false;
   } else {
     if (summaryNote_.cut) putViewValue(summaryNote_);
-    const bool told = summaryNote_.role != SummaryRole::None && !inPlace_;
-    events_.endSummaryLine(told && kind_ != SummaryKind::Address ? summaryNote_.types : types_);
+    const bool told =
+        note_ && !inPlace_ && kind_ >= SummaryKind::Telephone && kind_ <= SummaryKind::Url;
+    events_.endSummaryLine(told ? summaryNote_.types : types_);
   }
   summaryNote_ = SummaryNote();
   types_.clear();
