@@ -76,7 +76,10 @@ Program::Program(const FilterLibrary &filter, const Options &options, FileWriter
       out_(*out),
       directory_(options.directory),
       json_(options.format == Format::Json ? JsonForm::Array : JsonForm::Lines, contentTypeOf,
-            [out](std::string_view text) { out->write(text); }) {}
+            [out](std::string_view text) { out->write(text); }) {
+  constexpr uint32_t kilobytes = 64;  // with less the filter reads a file in many small pieces
+  setInputBuffer(filter_, kilobytes);
+}
 
 ExitCode Program::run() {
   const bool isJson = options_.directory.empty() &&

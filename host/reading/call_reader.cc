@@ -640,7 +640,7 @@ void CallReader::join() {
   property_.group = line_->group;
   property_.labelsGroup = line_->labelsGroup;
   property_.parameters = line_->parameters;
-  if (!inPlace_) property_.types = typesOf(line_->parameters);
+  if (!inPlace_) property_.types = line_->types;
   property_.extent = line_->extent;
   for (const auto &[group, label] : note_->groupLabels) {
     if (group == property_.group && !property_.labelsGroup) property_.groupLabel = label;

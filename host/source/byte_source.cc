@@ -72,7 +72,9 @@ std::string_view ByteSource::lookAhead(size_t size) {
 
 void ByteSource::setEnd(uint64_t end) {
   end_ = end;
-  restart();  // what lies in the buffer may reach past it
+  if (base_ + filled_ <= end) return;
+  filled_ = std::max(next_, static_cast<size_t>(end - std::min(end, base_)));
+  lineFeed_ = filled_ + 1;
 }
 
 void ByteSource::moveTo(const Place &place) {

@@ -210,6 +210,7 @@ class PlainReader {
     note_.callLabel = note_.label = known_ ? known_->label : 0;
     if (!known_) note_.callName = name;
     note_.parameters = parametersOf(head_, VersionRules());
+    note_.types = typesOf(note_.parameters);
     const Transfer transfer = transferOf(head_);
     if (transfer == Transfer::Base64) return readObject(start, *text, colon + 1);
 
@@ -295,7 +296,7 @@ class PlainReader {
     section_.summaryRoles |= 1u << static_cast<int>(known_->role);
     SummaryNote summary;
     summary.role = known_->role;
-    summary.types = typesOf(note_.parameters);
+    summary.types = note_.types;
     notes_.add(summary);
     return ++roles_[static_cast<size_t>(known_->role)] <= kSummarySlots;
   }

@@ -125,6 +125,7 @@ void PropertyView::noteHead(const ContentLine &line) {
     parameter.name = headText(parameter.name);
     for (std::string &value : parameter.values) value = headText(value);
   }
+  note_.types = typesOf(note_.parameters);
   if (line.parametersCut) {
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
@@ -384,8 +385,7 @@ void PropertyView::endLine(uint64_t valueStart, bool isCut) {
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->add(SummaryNote{
-        known_->role, typesOf(note_.parameters), {valueStart, valueEnd - valueStart}, isCut});
+    notes_->add(SummaryNote{known_->role, note_.types, {valueStart, valueEnd - valueStart}, isCut});
   }
 }
 
@@ -498,7 +498,7 @@ void PropertyView::putForSummary(Put put) {
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  note_.parameters = whole.parameters;  // the types
+  note_.types = whole.types;
   put();
   note_ = whole;
 }
@@ -537,7 +537,7 @@ void PropertyView::putHead(bool encoded) {
                      known_->role == SummaryRole::Telephone || known_->role == SummaryRole::Email ||
                      known_->form == PropertyForm::Key;
   if (typed) {
-    for (const std::string &type : typesOf(note_.parameters)) {
+    for (const std::string &type : note_.types) {
       if (knownType(type) >= 0) view_->put(";TYPE=" + type);
     }
   }
