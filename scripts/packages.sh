@@ -1,7 +1,8 @@
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
 build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libmagic-dev"
-test_packages="libgtest-dev libbenchmark-dev"
+test_packages="libgtest-dev"
+peer_packages="pkg-config libical-dev libebook1.2-dev libkf5contacts-dev"
 
 need_packages() {
   local missing=() name
