@@ -15,6 +15,10 @@ constexpr uint8_t VcardNibble(uint8_t digit) {
   return letter < 6 ? static_cast<uint8_t>(letter + 10) : 15;
 }
 
+constexpr uint8_t VcardJoinNibbles(uint8_t first, uint8_t second) {
+  return static_cast<uint8_t>(VcardNibble(first) << 4 | VcardNibble(second));
+}
+
 // Decodes what follows an equals sign, which the caller has just taken, and stores one byte at
 // `out`: the value of two hex digits, or, behind a soft line break, the first byte of the next
 // line or the value of an escape that stands there. A bad digit counts as 15. Sets `*atEof` when a
@@ -22,7 +26,7 @@ constexpr uint8_t VcardNibble(uint8_t digit) {
 // answers 0.
 inline int32_t VcardDecodeQp(uint8_t *out, VcardStream *stream, int16_t *atEof) {
   if (stream->Remaining >= 2 && stream->Ptr[0] != '\r' && stream->Ptr[0] != '\n') [[likely]] {
-    *out = static_cast<uint8_t>(VcardNibble(stream->Ptr[0]) << 4 | VcardNibble(stream->Ptr[1]));
+    *out = VcardJoinNibbles(stream->Ptr[0], stream->Ptr[1]);
     VcardStreamTake(stream, stream->Ptr + 2);
     return 0;
   }

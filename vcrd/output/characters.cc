@@ -1,17 +1,16 @@
 #include "vcrd/output/characters.h"
 
-#include "vcrd/input/byte_set.h"
 #include "vcrd/input/utf8.h"
 
 namespace {
 
-// What ends a run of bytes that go to the host as they are, without and with decoding of UTF-8.
-constexpr ByteSet kSpecial = {'\0', '\t', '\n'};
-constexpr ByteSet kSpecialUtf8 = kSpecial.With(0x80, 0xFF);
-
-// Behind the run at `text`; its NUL ends it in any case.
-const char *EndOfRun(const char *text, const ByteSet &stop) {
-  while (stop.Has[static_cast<uint8_t>(*text)] == 0) ++text;
+// Behind the run of bytes at `text` that go to the host as they are; its NUL ends it in any case.
+const char *EndOfRun(const char *text, bool utf8) {
+  const auto isPlain = [utf8](char c) {
+    const auto byte = static_cast<uint8_t>(c);
+    return byte > '\n' ? !utf8 || byte < 128 : byte != '\0' && byte < '\t';
+  };
+  while (isPlain(*text)) ++text;
   return text;
 }
 
@@ -46,9 +45,8 @@ int32_t VcardCharsetId(const VcardData *data) {
 void VcardPutString(const char *text, int16_t trailingBreak, const VcardData *data) {
   const int32_t set = VcardCharsetId(data);
   SoSetCharset(static_cast<uint32_t>(set), data);
-  const ByteSet &stop = set == SoCharsetUtf8 ? kSpecialUtf8 : kSpecial;
   for (;;) {
-    const char *const end = EndOfRun(text, stop);
+    const char *const end = EndOfRun(text, set == SoCharsetUtf8);
     VcardEmitRun(reinterpret_cast<const uint8_t *>(text), reinterpret_cast<const uint8_t *>(end),
                  data);
     text = end;

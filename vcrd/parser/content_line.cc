@@ -17,7 +17,7 @@ void VcardClearProp(VcardData *data) {
   data->ParmId = 0;
   data->ValueKind = ValueInline;
   data->Encoding = Encoding7bit;
-  data->Types = {};
+  if (data->Types.Flag[TypeAny] != 0) data->Types = {};
   data->ParmPos = kNoPosition;
   // In the other versions a charset stays in force on the lines that follow, as producers of
   // version 2.1 that name it only once rely on.

@@ -14,7 +14,7 @@ constexpr auto kIndex = VcardMakeNameIndex(AllNames());
 
 }  // namespace
 
-VcardProperty VcardFindProperty(const char *name) {
-  const int32_t row = kIndex.Find(name);
+VcardProperty VcardFindProperty(const VcardText &name) {
+  const int32_t row = kIndex.Find(VcardKeyOf(name));
   return row < 0 ? PropOther : static_cast<VcardProperty>(row);
 }

@@ -86,6 +86,6 @@ inline constexpr std::array<VcardName, 55> kPropertyNames = {{
 static_assert(kPropertyNames.size() == PropMsCardPicture);
 
 // Answers the property of a name in any case of letters, whole.
-VcardProperty VcardFindProperty(const char *name);
+VcardProperty VcardFindProperty(const VcardText &name);
 
 #endif
