@@ -7,6 +7,7 @@
 #ifndef PX_VCRD_INPUT_BYTE_SEARCH_H
 #define PX_VCRD_INPUT_BYTE_SEARCH_H
 
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -23,6 +24,16 @@ inline ByteVector LoadBytes(const void *from) {
   ByteVector bytes;
   std::memcpy(&bytes, from, sizeof bytes);
   return bytes;
+}
+
+// The first `count` bytes, of at most sixteen, and zeros behind them.
+inline ByteVector KeepBytes(ByteVector bytes, size_t count) {
+  static constexpr auto kOnesThenZeros = [] {
+    std::array<uint8_t, 32> mask{};
+    for (size_t i = 0; i < 16; ++i) mask[i] = 0xFF;
+    return mask;
+  }();
+  return bytes & LoadBytes(kOnesThenZeros.data() + 16 - count);
 }
 
 // One bit for each byte of `in`, which is all ones or zero; the first byte's is the lowest.

@@ -11,9 +11,13 @@ namespace {
 constexpr uint32_t kUrlLabel = 79386;
 constexpr uint32_t kContentIdLabel = 79387;
 
-// The flags of the types that have a label, in the order of VcardInit.TypeLabelIds.
-constexpr int LabelledType(int place) { return place < 29 ? place : place + 19; }
-static_assert(LabelledType(28) == 28 && LabelledType(29) == 48 && LabelledType(30) == 49);
+constexpr VcardLiteral kTypesBegin = "        ( ";
+constexpr VcardLiteral kTypesEnd = " )";
+
+// The types that have a label, dom to x400, x509 and pgp, in the order of VcardInit.TypeLabelIds.
+constexpr int kLastInRow = 28;
+constexpr int kX509 = 48;
+constexpr int kPgp = 49;
 
 bool IsUtf8(int32_t set) { return set == SoCharsetUtf8; }
 
@@ -245,19 +249,29 @@ int32_t VcardPutValueKind(VcardData *data) {
 void VcardPutPlainLine(VcardData *data) { PutLine(false, data); }
 
 void VcardPutTypes(const VcardData *data) {
-  if (data->Types.Flag[TypeAny] == 0) {
+  const int16_t *const flags = data->Types.Flag;
+  if (flags[TypeAny] == 0) {
     SoEmitSpecial(SoSpecialLineBreak, data);
     return;
   }
-  VcardPutString("        ( ", 0, data);
-  for (int place = 0; place < static_cast<int>(VcardInit.TypeLabelIds.size()); ++place) {
-    if (data->Types.Flag[LabelledType(place)] != 1) continue;
+  const auto putLabel = [data](int place) {
     SoEmitResourceString(VcardInit.TypeLabelIds[static_cast<size_t>(place)], data);
     SoEmitSpecial(SoSpecialSeparator, data);
+  };
+  VcardPutString(kTypesBegin, 0, data);
+  for (int first = 0; first <= kLastInRow; first += 8) {
+    // Eight flags a step, of which few are set: two bits each, of which one is wanted.
+    uint32_t bits = BitsOf(LoadBytes(flags + first) != 0) & 0x5555;
+    for (; bits != 0; bits &= bits - 1) {
+      const int type = first + std::countr_zero(bits) / 2;
+      if (type <= kLastInRow) putLabel(type);
+    }
   }
-  if (data->Types.Flag[TypeExtension] == 1) {
+  if (flags[kX509] == 1) putLabel(kLastInRow + 1);
+  if (flags[kPgp] == 1) putLabel(kLastInRow + 2);
+  if (flags[TypeExtension] == 1) {
     VcardPutString(data->TypeExt, 0, data);
     SoEmitSpecial(SoSpecialSeparator, data);
   }
-  VcardPutString(" )", 1, data);
+  VcardPutString(kTypesEnd, 1, data);
 }

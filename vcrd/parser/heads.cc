@@ -50,43 +50,58 @@ class SpecialBytes {
   uint32_t bits_;  // of the bytes at step_, without those that were answered
 };
 
-// The text of a token without its blanks, which count for nothing.
+// Room for the text of a token without its blanks, which count for nothing.
 class TextWithoutBlanks {
  public:
-  TextWithoutBlanks(const uint8_t *begin, const uint8_t *end) {
-    for (const uint8_t *p = begin; p != end && length_ < kTextSize - 1; ++p) {
-      if (*p != kSpace && *p != kTab) text_[length_++] = static_cast<char>(*p);
+  VcardTokenText Of(const uint8_t *begin, const uint8_t *end) {
+    size_t length = 0;
+    for (const uint8_t *p = begin; p != end && length < kTextSize - 1; ++p) {
+      if (*p != kSpace && *p != kTab) text_[length++] = static_cast<char>(*p);
     }
+    return {text_, length};
   }
-  VcardTokenText Text() const { return {text_, length_}; }
 
  private:
   char text_[kTextSize + 16];
-  size_t length_ = 0;
 };
 
-// The actions of a token that ended in a period, a semicolon, an equals sign or a colon.
-void Act(int32_t state, uint8_t delimiter, VcardTokenText text, VcardData *data) {
-  switch (state) {
-    case StateName:
-      if (delimiter == '.') {
-        VcardAddGroup(text, data);
-      } else {
-        VcardSetPropName(text, data);
-      }
-      break;
-    case StateParm:
-      if (delimiter == '=') {
-        VcardSetParmId(text, data);
-      } else {
-        VcardSetParmValue(text, data);
-      }
-      break;
-    default:
-      VcardSetIdParmValue(text, data);
-      break;
+// What a special byte means: goes on, drops the text, or ends the token with an action.
+enum class Meaning : uint8_t {
+  Slow,  // for VcardGetToken
+  Text,
+  Backslash,  // text of version 1
+  Blank,
+  LineEnd,
+  Group,
+  Name,
+  NameAndValue,
+  ParmId,
+  Parm,
+  ParmAndValue,
+  IdParm,
+  IdParmAndValue
+};
+
+// The row of a state; what isn't named is left to the slow way.
+struct MeaningRow {
+  Meaning Of[256] = {};
+
+  consteval MeaningRow(Meaning period, Meaning equals, Meaning semicolon, Meaning colon) {
+    Of[kCr] = Of[kLf] = Meaning::LineEnd;
+    Of[kSpace] = Of[kTab] = Meaning::Blank;
+    Of[kBackslash] = Meaning::Backslash;
+    Of['.'] = period;
+    Of['='] = equals;
+    Of[';'] = semicolon;
+    Of[':'] = colon;
   }
-}
+};
+
+constexpr MeaningRow kMeaning[] = {
+    {Meaning::Group, Meaning::Text, Meaning::Name, Meaning::NameAndValue},    // StateName
+    {Meaning::Text, Meaning::ParmId, Meaning::Parm, Meaning::ParmAndValue},   // StateParm
+    {Meaning::Text, Meaning::Text, Meaning::IdParm, Meaning::IdParmAndValue}  // StateParmValue
+};
 
 // Where the stream stands when a pushed-back byte is put back, or null when the byte that was pushed
 // back isn't the one before.
@@ -98,61 +113,111 @@ const uint8_t *BeginOfToken(const VcardData *data) {
   return stream->Ptr - 1;
 }
 
+// The token that is being read.
+struct Token {
+  const uint8_t *Start;  // where it began
+  const uint8_t *Begin;  // behind the white space at its head
+  bool HasBlanks = false;
+
+  explicit Token(const uint8_t *start) : Start(start), Begin(start) {}
+};
+
 // Takes a head up to its colon, or up to the token that is left to the slow way. Answers whether it
 // is complete.
 bool ReadHead(VcardData *data) {
-  const uint8_t *token = BeginOfToken(data);
-  if (token == nullptr) return false;
+  const uint8_t *const start = BeginOfToken(data);
+  if (start == nullptr) return false;
   VcardStream *const stream = data->Stream;
   const uint8_t *const end = stream->Ptr + stream->Remaining;
-  const auto positionOf = [stream, base = VcardStreamPosition(stream)](const uint8_t *p) {
-    return base + static_cast<uint32_t>(p - stream->Ptr);
+  Token token(start);
+  SpecialBytes special(start);
+  TextWithoutBlanks withoutBlanks;
+  const uint8_t *p;
+  const auto text = [&token, &p, &withoutBlanks] {
+    if (token.HasBlanks) return withoutBlanks.Of(token.Begin, p);
+    return VcardTokenText{reinterpret_cast<const char *>(token.Begin),
+                          static_cast<size_t>(p - token.Begin)};
+  };
+  const auto position = [stream, &token] {
+    return VcardStreamPosition(stream) + static_cast<uint32_t>(token.Start - stream->Ptr);
   };
   int32_t state = data->ParseState;
-  SpecialBytes special(token);
-  bool complete = false;
-  for (;;) {
-    data->TokenPos = positionOf(token);
-    const uint8_t *begin = token;
-    const uint8_t *p = special.Next();
-    for (; p == begin && p != end && VcardIsWhite(*p); p = special.Next()) ++begin;
-
-    bool hasBlanks = false;
-    while (*p == kSpace || *p == kTab || (*p == '.' && state != StateName) ||
-           (*p == '=' && state != StateParm) || (*p == kBackslash && data->Version == 1)) {
-      hasBlanks |= *p <= kSpace;
-      p = special.Next();
+  bool goesOn = true;
+  while (goesOn) {
+    p = special.Next();
+    switch (kMeaning[state].Of[*p]) {
+      case Meaning::Text:
+        continue;
+      case Meaning::Backslash:
+        goesOn = data->Version == 1;
+        continue;
+      case Meaning::Blank:
+        if (p == token.Begin) {
+          ++token.Begin;
+        } else {
+          token.HasBlanks = true;
+        }
+        continue;
+      case Meaning::LineEnd: {
+        if (p == token.Begin) {
+          ++token.Begin;
+          goesOn = p != end;
+          continue;
+        }
+        // The line has ended before its colon: the text is lost.
+        const VcardLineEndAt lineEnd = VcardLookAtLineEnd(p, end, data);
+        goesOn = lineEnd.Kind == VcardLineEnd::End;
+        if (!goesOn) continue;
+        if (lineEnd.Next == p + 2) special.Next();
+        token = Token(lineEnd.Next);
+        state = StateName;
+        continue;
+      }
+      case Meaning::Group:
+        VcardAddGroup(text(), data);
+        break;
+      case Meaning::Name:
+        VcardSetPropName(text(), data);
+        state = StateParm;
+        break;
+      case Meaning::NameAndValue:
+        VcardSetPropName(text(), data);
+        state = StateValue;
+        break;
+      case Meaning::ParmId:
+        data->TokenPos = position();
+        VcardSetParmId(text(), data);
+        state = StateParmValue;
+        break;
+      case Meaning::Parm:
+        data->TokenPos = position();
+        VcardSetParmValue(text(), data);
+        break;
+      case Meaning::ParmAndValue:
+        data->TokenPos = position();
+        VcardSetParmValue(text(), data);
+        state = StateValue;
+        break;
+      case Meaning::IdParm:
+        VcardSetIdParmValue(text(), data);
+        state = StateParm;
+        break;
+      case Meaning::IdParmAndValue:
+        VcardSetIdParmValue(text(), data);
+        state = StateValue;
+        break;
+      case Meaning::Slow:
+        goesOn = false;
+        continue;
     }
-    if (*p == kCr || *p == kLf) {
-      // The line has ended before its colon: the text is lost.
-      if (p == begin) break;
-      const bool crLf = p[0] == kCr && p[1] == kLf;
-      const VcardLineEndAt lineEnd = VcardLookAtLineEnd(p, end, data);
-      if (lineEnd.Kind != VcardLineEnd::End) break;
-      if (crLf) special.Next();
-      token = lineEnd.Next;
-      state = StateName;
-      continue;
-    }
-    if (*p != ':' && *p != ';' && *p != '.' && *p != '=') break;
-    if (hasBlanks) {
-      Act(state, *p, TextWithoutBlanks(begin, p).Text(), data);
-    } else {
-      Act(state, *p, {reinterpret_cast<const char *>(begin), static_cast<size_t>(p - begin)}, data);
-    }
-    token = p + 1;
-    if (*p == ':') {
-      complete = true;
-      break;
-    }
-    if (*p == '=') state = StateParmValue;
-    if (*p == ';') state = StateParm;
+    token = Token(p + 1);
+    goesOn = state != StateValue;
   }
-  data->ParseState = complete ? StateValue : state;
+  data->ParseState = state;
   data->HasPushback = 0;
-  data->TokenPos = positionOf(token);
-  VcardStreamTake(stream, token);
-  return complete;
+  data->TokenPos = position();
+  VcardStreamTake(stream, token.Start);
+  return state == StateValue;
 }
 
 }  // namespace

@@ -32,16 +32,9 @@ inline constexpr size_t kLongestName = sizeof(VcardNameKey);
 
 // The key of a text, from the sixteen bytes at its beginning and its length.
 inline VcardNameKey VcardMakeKey(ByteVector bytes, size_t length) {
-  static constexpr std::array<uint8_t, 2 * kLongestName> kOnesThenZeros = [] {
-    std::array<uint8_t, 2 * kLongestName> mask{};
-    for (size_t i = 0; i < kLongestName; ++i) mask[i] = 0xFF;
-    return mask;
-  }();
   if (length > kLongestName) return {};
   const ByteVector isUpper = ByteVector((bytes - uint8_t{'A'}) < 26);
-  const ByteVector lowered = bytes | (isUpper & 0x20);
-  return std::bit_cast<VcardNameKey>(lowered &
-                                     LoadBytes(kOnesThenZeros.data() + kLongestName - length));
+  return std::bit_cast<VcardNameKey>(KeepBytes(bytes | (isUpper & 0x20), length));
 }
 
 inline VcardNameKey VcardKeyOf(VcardTokenText text) {
