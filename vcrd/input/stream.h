@@ -60,7 +60,7 @@ struct VcardStretch {
   const uint8_t *End;
 };
 inline VcardStretch VcardStreamStretch(const VcardStream *stream) {
-  return {stream->Ptr, stream->Remaining > 0 ? stream->Ptr + stream->Remaining : stream->Ptr};
+  return {stream->Ptr, stream->Ptr + stream->Remaining};
 }
 
 // Takes the bytes of the buffer before `to`, which lies in the stretch or at its end; or gives back

@@ -260,8 +260,8 @@ void VcardPutTypes(const VcardData *data) {
   };
   VcardPutString(kTypesBegin, 0, data);
   for (int first = 0; first <= kLastInRow; first += 8) {
-    // Eight flags a step, of which few are set: two bits each, of which one is wanted.
-    uint32_t bits = BitsOf(LoadBytes(flags + first) != 0) & 0x5555;
+    // Eight flags a step, of which few are set. A flag that is has one byte that isn't zero.
+    uint32_t bits = BitsOf(LoadBytes(flags + first) != 0);
     for (; bits != 0; bits &= bits - 1) {
       const int type = first + std::countr_zero(bits) / 2;
       if (type <= kLastInRow) putLabel(type);

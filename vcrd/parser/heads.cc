@@ -132,7 +132,7 @@ bool ReadHead(VcardData *data) {
   Token token(start);
   SpecialBytes special(start);
   TextWithoutBlanks withoutBlanks;
-  const uint8_t *p;
+  const uint8_t *p = start;
   const auto text = [&token, &p, &withoutBlanks] {
     if (token.HasBlanks) return withoutBlanks.Of(token.Begin, p);
     return VcardTokenText{reinterpret_cast<const char *>(token.Begin),

@@ -67,6 +67,7 @@ int32_t VcardMatchEncoding(int32_t word, int32_t *encoding) {
 
 void VcardSetParmId(VcardTokenText text, VcardData *data) {
   NoteParmPos(data);
+  data->HasNamedParameters = 1;
   data->ParmId = ParmNone;
   const int32_t row = kParameterIndex.Find(VcardKeyOf(text));
   if (row >= 0) {
@@ -88,6 +89,7 @@ void VcardSetParmValue(VcardTokenText text, VcardData *data) {
 }
 
 void VcardSetIdParmValue(VcardTokenText text, VcardData *data) {
+  data->HasNamedParameters = 1;
   switch (data->ParmId) {
     case ParmType:
       data->TypeExt[0] = '\0';

@@ -164,6 +164,7 @@ int32_t TakeFieldInBuffer(Field *field, VcardData *data) {
 }  // namespace
 
 int32_t VcardReadField(int32_t index, VcardData *data) {
+  data->HasFields = 1;
   Field field{data->Value[index]};
   int32_t result = TakeFieldInBuffer(&field, data);
   while (result == kFieldGoesOn) {
@@ -178,6 +179,7 @@ int32_t VcardReadField(int32_t index, VcardData *data) {
 }
 
 void VcardReadFields(VcardData *data) {
+  data->HasFields = 1;
   for (VcardText &value : data->Value) value[0] = '\0';
   for (int32_t i = 0; i < kFieldCount; ++i) {
     const bool ended = data->Encoding == EncodingQuotedPrintable
