@@ -2,7 +2,7 @@
 
 build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libmagic-dev"
 test_packages="libgtest-dev"
-peer_packages="pkg-config libical-dev libebook1.2-dev libkf5contacts-dev"
+peer_packages="pkg-config libical-dev libebook-contacts1.2-dev libkf5contacts-dev"
 
 need_packages() {
   local missing=() name
