@@ -38,13 +38,19 @@ ByteVector IsQpSpecial(ByteVector b) {
 ByteVector IsQpSpecialUtf8(ByteVector b) { return IsControlOrHigh(b) | IsByte(b, '='); }
 
 // Emits the two or three bytes of the UTF-8 form at `p` and answers what stands behind it; null when
-// it isn't whole in the buffer, when it has no code, or when an escape can stand in it.
+// it stands too near the buffer's end, when it has no code, or when an escape can stand in it.
 const uint8_t *PutUtf8InBuffer(const uint8_t *p, const uint8_t *end, const VcardData *data) {
-  const int length = VcardLeadingOnes(*p);
-  if ((length != 2 && length != 3) || end - p < length) return nullptr;
-  if (data->Encoding == EncodingQuotedPrintable) return nullptr;
-  VcardPutChar(length == 2 ? VcardJoinUtf8(p[0], p[1]) : VcardJoinUtf8(p[0], p[1], p[2]), data);
-  return p + length;
+  if (end - p < 3 || data->Encoding == EncodingQuotedPrintable) return nullptr;
+  switch (VcardLeadingOnes(*p)) {
+    case 2:
+      VcardPutChar(VcardJoinUtf8(p[0], p[1]), data);
+      return p + 2;
+    case 3:
+      VcardPutChar(VcardJoinUtf8(p[0], p[1], p[2]), data);
+      return p + 3;
+    default:
+      return nullptr;
+  }
 }
 
 // Emits the escape at `p`, which begins with a backslash, and answers what stands behind it; null
@@ -80,7 +86,9 @@ bool PutLineInBuffer(bool utf8, VcardData *data) {
   for (const uint8_t *next = p; next != nullptr;) {
     p = utf8 ? FindByte(IsLineSpecialUtf8, next) : FindByte(IsLineSpecial, next);
     VcardEmitRun(next, p, data);
-    if (*p == kCr || *p == kLf) {
+    if (*p > 127) {
+      next = PutUtf8InBuffer(p, rest.End, data);
+    } else if (*p == kCr || *p == kLf) {
       const VcardLineEndAt lineEnd = VcardLookAtLineEnd(p, rest.End, data);
       if (lineEnd.Kind == VcardLineEnd::End) {
         VcardTakeLineEnd(lineEnd.Next, data);
@@ -89,8 +97,6 @@ bool PutLineInBuffer(bool utf8, VcardData *data) {
       next = lineEnd.Kind == VcardLineEnd::Fold ? lineEnd.Next : nullptr;
     } else if (*p == kBackslash) {
       next = PutEscapeInBuffer(p, rest.End, data);
-    } else if (*p > 127) {
-      next = PutUtf8InBuffer(p, rest.End, data);
     } else {
       VcardPutChar(*p, data);
       next = p + 1;

@@ -30,25 +30,17 @@ struct VcardNameKey {
 };
 inline constexpr size_t kLongestName = sizeof(VcardNameKey);
 
-// The key of a text, from the sixteen bytes at its beginning and its length.
-inline VcardNameKey VcardMakeKey(ByteVector bytes, size_t length) {
-  if (length > kLongestName) return {};
-  const ByteVector isUpper = ByteVector((bytes - uint8_t{'A'}) < 26);
+// The key of a text in the form of a key but for the case of its letters.
+inline VcardNameKey VcardMakeKey(ByteVector text) {
+  const ByteVector isUpper = ByteVector((text - uint8_t{'A'}) < 26);
   using Halves = uint64_t __attribute__((vector_size(16)));  // taken apart without a way over memory
-  const auto key = std::bit_cast<Halves>(KeepBytes(bytes | (isUpper & 0x20), length));
+  const auto key = std::bit_cast<Halves>(text | (isUpper & 0x20));
   return {key[0], key[1]};
 }
 
 inline VcardNameKey VcardKeyOf(VcardTokenText text) {
-  return VcardMakeKey(LoadBytes(text.Begin), text.Length);
-}
-
-// The key of the text in a field. One of sixteen characters is taken for longer than any name.
-inline VcardNameKey VcardKeyOf(const VcardText &field) {
-  const ByteVector bytes = LoadBytes(field);
-  const uint32_t ends = BitsOf(ByteVector(bytes == 0));
-  return VcardMakeKey(bytes, ends == 0 ? kLongestName + 1
-                                       : static_cast<size_t>(std::countr_zero(ends)));
+  if (text.Length > kLongestName) return {};
+  return VcardMakeKey(KeepBytes(LoadBytes(text.Begin), text.Length));
 }
 
 // A hash table over names, made when the library is compiled: a look-up costs about one comparison
