@@ -166,13 +166,12 @@ int32_t TakeFieldInBuffer(Field *field, VcardData *data) {
 int32_t VcardReadField(int32_t index, VcardData *data) {
   data->HasFields = 1;
   Field field{data->Value[index]};
-  int32_t result = TakeFieldInBuffer(&field, data);
-  while (result == kFieldGoesOn) {
+  int32_t result;
+  while ((result = TakeFieldInBuffer(&field, data)) == kFieldGoesOn) {
     uint8_t c;
     result = VcardGetChar(&c, data);
     if (result == 1 || c == ';') break;
     field.Add(c);
-    result = TakeFieldInBuffer(&field, data);
   }
   field.Text[field.Length] = '\0';
   return result;
