@@ -22,7 +22,7 @@ constexpr int kPgp = 49;
 bool IsUtf8(int32_t set) { return set == SoCharsetUtf8; }
 
 // One byte that a reader has delivered, with the rest of its UTF-8 form.
-void PutByte(uint8_t byte, bool utf8, VcardData *data) {
+inline void PutByte(uint8_t byte, bool utf8, VcardData *data) {
   const uint16_t code =
       utf8 && byte > 127 ? static_cast<uint16_t>(VcardDecodeUtf8(byte, data->Stream, data)) : byte;
   VcardPutChar(code, data);
@@ -144,7 +144,7 @@ void PutIndent(const VcardData *data) {
 }
 
 // What an escape of a quoted-printable value stands for.
-void PutDecoded(uint8_t byte, bool utf8, VcardData *data) {
+inline void PutDecoded(uint8_t byte, bool utf8, VcardData *data) {
   if (byte == kLf) {
     VcardPutLineBreak(data);
     PutIndent(data);

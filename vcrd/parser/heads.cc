@@ -90,10 +90,10 @@ struct MeaningRow {
     Of[kCr] = Of[kLf] = Meaning::LineEnd;
     Of[kSpace] = Of[kTab] = Meaning::Blank;
     Of[kBackslash] = Meaning::Backslash;
-    Of['.'] = period;
-    Of['='] = equals;
-    Of[';'] = semicolon;
-    Of[':'] = colon;
+    Of[uint8_t{'.'}] = period;
+    Of[uint8_t{'='}] = equals;
+    Of[uint8_t{';'}] = semicolon;
+    Of[uint8_t{':'}] = colon;
   }
 };
 
