@@ -20,11 +20,11 @@ constexpr const char *kTowns[] = {"Porthaven", "Eastmoor", "Lindfield", "Saltwic
 constexpr const char *kWords[] = {"meets",   "every",  "Tuesday", "at",  "the",
                                   "harbour", "office", "with",    "two", "colleagues",
                                   "and",     "a",      "thermos", "of",  "tea"};
-constexpr const char *kUtf8Words[] = {"trifft", "größere", "Gruppen", "im",   "Büro", "für",
-                                      "Öl\\,",  "und",     "Käse",    "“zu”", "fünf", "€",
-                                      "jeden",  "Dienstag", "mit",    "Tee\\;"};
-constexpr const char *kQpWords[] = {"gr=F6=DFere", "Gruppen", "im",      "B=FCro", "f=FCr",
-                                    "und",         "K=E4se",  "zu=3Dzweit", "mit", "Tee"};
+constexpr const char *kUtf8Words[] = {"trifft", "größere",  "Gruppen", "im",    "Büro", "für",
+                                      "Öl\\,",  "und",      "Käse",    "“zu”",  "fünf", "€",
+                                      "jeden",  "Dienstag", "mit",     "Tee\\;"};
+constexpr const char *kQpWords[] = {"gr=F6=DFere", "Gruppen", "im",         "B=FCro", "f=FCr",
+                                    "und",         "K=E4se",  "zu=3Dzweit", "mit",    "Tee"};
 
 }  // namespace
 

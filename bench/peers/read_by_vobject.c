@@ -17,7 +17,8 @@ static unsigned long sum(VObject *object) {
       for (const char *p = vObjectStringZValue(object); *p != '\0'; ++p) total += (unsigned char)*p;
       break;
     case VCVT_USTRINGZ:
-      for (const wchar_t *p = vObjectUStringZValue(object); *p != 0; ++p) total += (unsigned long)*p;
+      for (const wchar_t *p = vObjectUStringZValue(object); *p != 0; ++p)
+        total += (unsigned long)*p;
       break;
     case VCVT_VOBJECT:
       total += sum(vObjectVObjectValue(object));

@@ -48,9 +48,7 @@ inline uint32_t BitsOf(ByteVector in) {
 }
 
 // Sets that others are made of.
-inline ByteVector IsByte(ByteVector b, char c) {
-  return ByteVector(b == static_cast<uint8_t>(c));
-}
+inline ByteVector IsByte(ByteVector b, char c) { return ByteVector(b == static_cast<uint8_t>(c)); }
 inline ByteVector IsControl(ByteVector b) { return ByteVector(b < 0x20); }
 // One comparison for both.
 inline ByteVector IsControlOrHigh(ByteVector b) {

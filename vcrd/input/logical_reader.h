@@ -28,7 +28,9 @@ enum : uint8_t {
   kEnd = 0xFF  // what the end of the input reads as, and a real byte 0xFF too
 };
 
-inline bool VcardIsWhite(uint8_t c) { return c == kCr || c == kLf || c == kSpace || c == kTab; }
+inline bool VcardIsWhite(uint8_t c) {
+  return c <= kSpace && (c == kCr || c == kLf || c == kSpace || c == kTab);
+}
 
 // VcardGetChar for the bytes that need care.
 int32_t VcardGetSpecialChar(uint8_t *out, VcardData *data);

@@ -14,7 +14,8 @@ inline constexpr std::array<uint8_t, 256> kNibbles = [] {
   std::array<uint8_t, 256> nibbles;
   nibbles.fill(15);
   for (uint8_t i = 0; i < 10; ++i) nibbles['0' + i] = i;
-  for (uint8_t i = 0; i < 6; ++i) nibbles['A' + i] = nibbles['a' + i] = static_cast<uint8_t>(10 + i);
+  for (uint8_t i = 0; i < 6; ++i)
+    nibbles['A' + i] = nibbles['a' + i] = static_cast<uint8_t>(10 + i);
   return nibbles;
 }();
 inline uint8_t VcardJoinNibbles(uint8_t first, uint8_t second) {

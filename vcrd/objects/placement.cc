@@ -44,8 +44,8 @@ void TakeLastLine(VcardStream *stream) {
   } while (r != kCr && r != kLf && r != 0 && r != -1);
 }
 
-// Takes the Base64 text that lies in the buffer, and the beginnings of its lines, whose positions go
-// to `line`. What stands behind it is left to the raw read.
+// Takes the Base64 text that lies in the buffer, and the beginnings of its lines, whose positions
+// go to `line`. What stands behind it is left to the raw read.
 void TakeLinesInBuffer(uint32_t *line, VcardStream *stream) {
   const VcardStretch rest = VcardStreamStretch(stream);
   const uint32_t position = VcardStreamPosition(stream);

@@ -41,8 +41,7 @@ void VcardPutPaddedString(const char *text, int16_t trailingBreak, const VcardDa
   for (;;) {
     // Control characters end a run, though most of them go to the host like others.
     const auto *const begin = reinterpret_cast<const uint8_t *>(text);
-    const uint8_t *const end =
-        utf8 ? FindByte(IsControlOrHigh, begin) : FindByte(IsControl, begin);
+    const uint8_t *const end = utf8 ? FindByte(IsControlOrHigh, begin) : FindByte(IsControl, begin);
     VcardEmitRun(begin, end, data);
     text = reinterpret_cast<const char *>(end);
     if (*text == '\0') break;

@@ -37,8 +37,8 @@ ByteVector IsQpSpecial(ByteVector b) {
 }
 ByteVector IsQpSpecialUtf8(ByteVector b) { return IsControlOrHigh(b) | IsByte(b, '='); }
 
-// Emits the two or three bytes of the UTF-8 form at `p` and answers what stands behind it; null when
-// it stands too near the buffer's end, when it has no code, or when an escape can stand in it.
+// Emits the two or three bytes of the UTF-8 form at `p` and answers what stands behind it; null
+// when it stands too near the buffer's end, when it has no code, or when an escape can stand in it.
 const uint8_t *PutUtf8InBuffer(const uint8_t *p, const uint8_t *end, const VcardData *data) {
   if (end - p < 3 || data->Encoding == EncodingQuotedPrintable) return nullptr;
   switch (VcardLeadingOnes(*p)) {

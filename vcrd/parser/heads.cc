@@ -2,8 +2,8 @@
 //
 // What is done here token by token in the buffer is what VcardGetToken and the state tables do with
 // the logical reader, and nothing else. The slow way finds out what each character means before it
-// looks at the next, copies the token and calls the action of its cell. Here the bytes that can mean
-// something are found sixteen at a step,
+// looks at the next, copies the token and calls the action of its cell. Here the bytes that can
+// mean something are found sixteen at a step,
 //
 //   T E L ; W O R K ; V O I C E : + 1      a token is what stands between two of them,
 //         ^         ^           ^          from where it stands it is looked up and copied
@@ -33,7 +33,8 @@ static_assert((':' | 1) == ';');
 // The special bytes of the buffer, one behind the other.
 class SpecialBytes {
  public:
-  explicit SpecialBytes(const uint8_t *from) : step_(from), bits_(BitsOf(IsSpecial(LoadBytes(from)))) {}
+  explicit SpecialBytes(const uint8_t *from)
+      : step_(from), bits_(BitsOf(IsSpecial(LoadBytes(from)))) {}
 
   const uint8_t *Next() {
     while (bits_ == 0) {
@@ -65,7 +66,7 @@ class TextWithoutBlanks {
   char text_[kTextSize + 16];
 };
 
-// What a special byte means: goes on, drops the text, or ends the token with an action.
+// What a special byte means: goes on, counts for nothing, or ends the token with an action.
 enum class Meaning : uint8_t {
   Slow,  // for VcardGetToken
   Text,
@@ -74,37 +75,40 @@ enum class Meaning : uint8_t {
   LineEnd,
   Group,
   Name,
-  NameAndValue,
   ParmId,
   Parm,
-  ParmAndValue,
-  IdParm,
-  IdParmAndValue
+  IdParm
 };
 
 // The row of a state; what isn't named is left to the slow way.
 struct MeaningRow {
   Meaning Of[256] = {};
 
-  consteval MeaningRow(Meaning period, Meaning equals, Meaning semicolon, Meaning colon) {
+  consteval MeaningRow(Meaning period, Meaning equals, Meaning semicolonAndColon) {
     Of[kCr] = Of[kLf] = Meaning::LineEnd;
     Of[kSpace] = Of[kTab] = Meaning::Blank;
     Of[kBackslash] = Meaning::Backslash;
     Of[uint8_t{'.'}] = period;
     Of[uint8_t{'='}] = equals;
-    Of[uint8_t{';'}] = semicolon;
-    Of[uint8_t{':'}] = colon;
+    Of[uint8_t{';'}] = Of[uint8_t{':'}] = semicolonAndColon;
   }
 };
 
 constexpr MeaningRow kMeaning[] = {
-    {Meaning::Group, Meaning::Text, Meaning::Name, Meaning::NameAndValue},    // StateName
-    {Meaning::Text, Meaning::ParmId, Meaning::Parm, Meaning::ParmAndValue},   // StateParm
-    {Meaning::Text, Meaning::Text, Meaning::IdParm, Meaning::IdParmAndValue}  // StateParmValue
+    {Meaning::Group, Meaning::Text, Meaning::Name},   // StateName
+    {Meaning::Text, Meaning::ParmId, Meaning::Parm},  // StateParm
+    {Meaning::Text, Meaning::Text, Meaning::IdParm}   // StateParmValue
 };
 
-// Where the stream stands when a pushed-back byte is put back, or null when the byte that was pushed
-// back isn't the one before.
+// The state behind a token that the byte has ended; a period leaves it at StateName.
+int32_t StateBehind(uint8_t delimiter) {
+  if (delimiter == ':') return StateValue;
+  if (delimiter == ';') return StateParm;
+  return delimiter == '=' ? StateParmValue : StateName;
+}
+
+// Where the stream stands when a pushed-back byte is put back, or null when the byte that was
+// pushed back isn't the one before.
 const uint8_t *BeginOfToken(const VcardData *data) {
   const VcardStream *stream = data->Stream;
   if (stream->Remaining <= 0) return nullptr;
@@ -178,38 +182,23 @@ bool ReadHead(VcardData *data) {
         break;
       case Meaning::Name:
         VcardSetPropName(text(), data);
-        state = StateParm;
-        break;
-      case Meaning::NameAndValue:
-        VcardSetPropName(text(), data);
-        state = StateValue;
         break;
       case Meaning::ParmId:
         data->TokenPos = position();
         VcardSetParmId(text(), data);
-        state = StateParmValue;
         break;
       case Meaning::Parm:
         data->TokenPos = position();
         VcardSetParmValue(text(), data);
         break;
-      case Meaning::ParmAndValue:
-        data->TokenPos = position();
-        VcardSetParmValue(text(), data);
-        state = StateValue;
-        break;
       case Meaning::IdParm:
         VcardSetIdParmValue(text(), data);
-        state = StateParm;
-        break;
-      case Meaning::IdParmAndValue:
-        VcardSetIdParmValue(text(), data);
-        state = StateValue;
         break;
       case Meaning::Slow:
         goesOn = false;
         continue;
     }
+    state = StateBehind(*p);
     token = Token(p + 1);
     goesOn = state != StateValue;
   }

@@ -33,7 +33,8 @@ inline constexpr size_t kLongestName = sizeof(VcardNameKey);
 // The key of a text in the form of a key but for the case of its letters.
 inline VcardNameKey VcardMakeKey(ByteVector text) {
   const ByteVector isUpper = ByteVector((text - uint8_t{'A'}) < 26);
-  using Halves = uint64_t __attribute__((vector_size(16)));  // taken apart without a way over memory
+  using Halves =
+      uint64_t __attribute__((vector_size(16)));  // taken apart without a way over memory
   const auto key = std::bit_cast<Halves>(text | (isUpper & 0x20));
   return {key[0], key[1]};
 }

@@ -23,8 +23,8 @@ constexpr auto kIndex = VcardMakeNameIndex(AllNames());
 }  // namespace
 
 VcardProperty VcardFindProperty(const VcardText &name) {
-  // The field has the form of a key: CopyTo has put NULs behind a short name, and no name is as long
-  // as sixteen bytes without one.
+  // The field has the form of a key: CopyTo has put NULs behind a short name, and no name is as
+  // long as sixteen bytes without one.
   const int32_t row = kIndex.Find(VcardMakeKey(LoadBytes(name)));
   return row < 0 ? PropOther : static_cast<VcardProperty>(row);
 }

@@ -22,7 +22,8 @@ struct VcardTokenText {
   }
 
   // Copies it, cut at 255 characters. What stands behind the NUL is of no use to anybody. A short
-  // text is stored with its NUL at once, so that a look-up right behind needn't wait for two stores.
+  // text is stored with its NUL at once, so that a look-up right behind needn't wait for two
+  // stores.
   void CopyTo(VcardText &to) const {
     if (Length < sizeof(ByteVector)) {
       const ByteVector bytes = KeepBytes(LoadBytes(Begin), Length);

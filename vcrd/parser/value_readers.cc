@@ -82,8 +82,8 @@ void VcardSkipValueQp(VcardData *data) {
   };
   VcardStream *stream = data->Stream;
   for (;;) {
-    // The fast way over escapes: two bytes that aren't looked at, behind an equals sign that isn't a
-    // soft line break.
+    // The fast way over escapes: two bytes that aren't looked at, behind an equals sign that isn't
+    // a soft line break.
     const VcardStretch rest = VcardStreamStretch(stream);
     const uint8_t *p = FindByte(isSpecial, rest.Begin);
     while (*p == '=' && rest.End - p >= 3 && p[1] != kCr && p[1] != kLf) {
@@ -137,8 +137,9 @@ struct Field {
 
 constexpr int32_t kFieldGoesOn = -1;
 
-// The fast way of VcardReadField: what of the field lies in the buffer, with its folds. Answers what
-// VcardReadField answers, or kFieldGoesOn in front of a character that is left to VcardGetChar.
+// The fast way of VcardReadField: what of the field lies in the buffer, with its folds. Answers
+// what VcardReadField answers, or kFieldGoesOn in front of a character that is left to
+// VcardGetChar.
 int32_t TakeFieldInBuffer(Field *field, VcardData *data) {
   const auto isSpecial = [](ByteVector b) {
     return IsByte(b, '\r') | IsByte(b, '\n') | IsByte(b, ';') | IsByte(b, '\\');
