@@ -60,18 +60,19 @@ uint8_t VcardSkipSpace(VcardData *data);
 enum class VcardLineEnd {
   Fold,    // `Next` is the next byte of the line, of version 1 the white one
   End,     // `Next` is the first byte of the next line
-  Unknown  // for VcardGetChar: a run of line ends, or one too near the buffer's end
+  Unknown  // for VcardGetChar: a run of line ends, or one at the buffer's end
 };
 struct VcardLineEndAt {
   VcardLineEnd Kind;
   const uint8_t *Next;
 };
 
-// Looks at the CR or LF at `p`, which can be the one at `end`. Where the answer isn't Unknown,
+// Looks at the CR or LF at `p`, which can be the reader's own at `end`: that one makes a line end
+// which reaches the buffer's end look like a run of them. Where the answer isn't Unknown,
 // `PushbackChar` is the byte that VcardGetChar would have pushed back: it stays in the saved state.
 inline VcardLineEndAt VcardLookAtLineEnd(const uint8_t *p, const uint8_t *end, VcardData *data) {
   const uint8_t *const behind = p + (p[0] == kCr && p[1] == kLf ? 2 : 1);
-  if (end - p < 4) return {VcardLineEnd::Unknown, p};
+  if (p == end) return {VcardLineEnd::Unknown, p};
   if (!VcardIsWhite(*behind)) {
     data->PushbackChar = *behind;
     return {VcardLineEnd::End, behind};

@@ -89,7 +89,6 @@ void VcardSetParmValue(VcardTokenText text, VcardData *data) {
 }
 
 void VcardSetIdParmValue(VcardTokenText text, VcardData *data) {
-  data->HasNamedParameters = 1;
   switch (data->ParmId) {
     case ParmType:
       data->TypeExt[0] = '\0';
