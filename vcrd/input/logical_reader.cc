@@ -91,8 +91,8 @@ void VcardSkipLine(VcardData *data) {
   uint8_t c;
   do {
     if (data->HasPushback != 0 || stream->Remaining <= 0) continue;
-    // From line end to line end: an escape can't hide one, so the search needs no look at
-    // backslashes.
+    // The fast way, from line end to line end in the buffer. An escape can't hide one, so the
+    // search needs no look at backslashes.
     const VcardStretch rest = VcardStreamStretch(stream);
     const uint8_t *p = FindLineEnd(rest.Begin);
     for (;;) {

@@ -1,3 +1,6 @@
+// The extent of Base64 text is found byte by byte with the raw read. TakeLinesInBuffer is the fast
+// way over what lies in the buffer, whole lines of it; it gives back in front of all else.
+
 #include "vcrd/objects/placement.h"
 
 #include "vcrd/frame/host_routines.h"

@@ -1,3 +1,12 @@
+// Values go to the host as they are read, whatever their length.
+//
+// There are two ways through a value. The slow one takes it character by character: PutLine from
+// VcardGetChar, PutQpText from the raw read and VcardDecodeQp. The fast one, PutLineInBuffer and
+// PutQpInBuffer, does the same with what lies in the buffer: it emits the bytes between two special
+// ones as a run, and folds, escapes and UTF-8 forms from where they stand. In front of anything
+// that isn't whole in the buffer, or that only the readers know to handle, it gives back to the
+// slow one, which takes one character.
+
 #include "vcrd/output/values.h"
 
 #include "vcrd/input/logical_reader.h"

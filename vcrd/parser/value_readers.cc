@@ -1,3 +1,7 @@
+// The slow ways read a value character by character, through VcardGetChar or, quoted-printable
+// ones, the raw read. The fast ways take what lies in the buffer up to a character that isn't
+// theirs: TakeFieldInBuffer for VcardReadField, and the search in VcardSkipValueQp.
+
 #include "vcrd/parser/value_readers.h"
 
 #include <algorithm>
