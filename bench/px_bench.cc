@@ -14,8 +14,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -32,10 +34,21 @@ struct Measured {
   double megabytes;
 };
 
-[[noreturn]] void fail(const std::string &text) {
-  std::fprintf(stderr, "px_bench: %s\n", text.c_str());
-  std::exit(1);
-}
+// A folder for the corpora, removed with all that stands in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder() : path_(fs::temp_directory_path() / "px_bench.XXXXXX") {
+    if (mkdtemp(path_.data()) == nullptr) throw std::runtime_error("can't make " + path_);
+  }
+  ~TemporaryFolder() { fs::remove_all(path_); }
+  TemporaryFolder(const TemporaryFolder &) = delete;
+  TemporaryFolder &operator=(const TemporaryFolder &) = delete;
+
+  const std::string &path() const { return path_; }
+
+ private:
+  std::string path_;
+};
 
 double secondsOf(const timeval &time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
@@ -57,7 +70,7 @@ Measured run(const Command &command, const std::string &output) {
   int status = 0;
   rusage used{};
   if (child < 0 || wait4(child, &status, 0, &used) != child || status != 0) {
-    fail(command[0] + " failed");
+    throw std::runtime_error(command[0] + " failed");
   }
   return {secondsOf(used.ru_utime) + secondsOf(used.ru_stime),
           static_cast<double>(used.ru_maxrss) / 1024};
@@ -93,7 +106,7 @@ class Bench {
     {
       std::ofstream stream(file, std::ios::binary);
       corpus.write(stream);
-      if (!stream.flush()) fail("can't write " + file);
+      if (!stream.flush()) throw std::runtime_error("can't write " + file);
     }
     std::vector<Row> rows = rowsOf(corpus, file);
     const int rounds = corpus.purpose == Purpose::Kind ? rounds_ : std::min(rounds_, 3);
@@ -168,20 +181,25 @@ int main(int argc, char **argv) {
   CLI11_PARSE(app, argc, argv);
 
   const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
-  std::string folder = fs::temp_directory_path() / "px_bench.XXXXXX";
-  if (mkdtemp(folder.data()) == nullptr) fail("can't make " + folder);
-  Bench bench(programs, folder, rounds);
+  const TemporaryFolder folder;
+  Bench bench(programs, folder.path(), rounds);
   for (const Corpus &corpus : corpora()) {
     if (corpus.purpose == Purpose::Growth && !growth) continue;
     std::fprintf(stderr, "%s\n", corpus.name);
     bench.run(corpus);
   }
   bench.printTable();
-  fs::remove_all(folder);
   return 0;
 }
 
 }  // namespace
 }  // namespace px::bench
 
-int main(int argc, char **argv) { return px::bench::main(argc, argv); }
+int main(int argc, char **argv) {
+  try {
+    return px::bench::main(argc, argv);
+  } catch (const std::exception &error) {
+    std::fprintf(stderr, "px_bench: %s\n", error.what());
+    return 1;
+  }
+}
