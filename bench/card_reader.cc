@@ -164,7 +164,9 @@ int run(int argc, char **argv) {
   const bool isFilter = mode == "filter" && argc == 4;
   const bool isFloor = (mode == "floor" || mode == "lines") && argc > 2;
   if (!isFilter && !isFloor) {
-    std::fprintf(stderr, "card_reader: takes the arguments that its source names\n");
+    std::fprintf(stderr,
+                 "card_reader filter vcard|vcalendar FILE\n"
+                 "card_reader floor|lines FILE [ID:NUMBER]...\n");
     return 2;
   }
   const char *const name = isFilter ? argv[3] : argv[2];
