@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 #include <string_view>
 #include <tuple>
 #include <vector>
@@ -182,7 +183,13 @@ int run(int argc, char **argv) {
   } else {
     Floor(&io, mode == "lines").run(wantedCalls(argv + 3, argv + argc));
   }
-  return io.error() == 0 ? 0 : 1;
+  try {
+    io.check();
+  } catch (const std::runtime_error &error) {
+    std::fprintf(stderr, "%s: %s\n", name, error.what());
+    return 1;
+  }
+  return 0;
 }
 
 }  // namespace
