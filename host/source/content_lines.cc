@@ -73,9 +73,10 @@ bool ContentLines::nextInBuffer(ContentLine *line) {
   if (!found) return false;
   const auto size = static_cast<size_t>(static_cast<const char *>(found) - bytes.data());
   if (size > LongestHead || std::memchr(bytes.data(), '"', size)) return false;
+  head_.assign(bytes, 0, size);
   source_->skip(size + 1);
   line->value = source_->place();
-  split(bytes.substr(0, size), line);
+  split(head_, line);
   return true;
 }
 

@@ -113,8 +113,6 @@ void PropertyView::add(const ContentLine &line) {
   }
 }
 
-// The texts of `line` go with the buffer that they lie in, so they are kept before the value is
-// read.
 void PropertyView::noteHead(const ContentLine &line) {
   note_ = LineNote();
   note_.label = known_ ? known_->label : 0;

@@ -151,15 +151,13 @@ void ViewBuilder::buildComponent(const Place &begin, uint32_t partOf) {
     queue_.insert(queue_.begin(), nested_.begin(), nested_.end());
     if (!behind) behind = end;
   }
-  file_.source.setEnd(kNoEnd);
-  file_.source.moveTo(*behind);
+  file_.source.moveTo(*behind, kNoEnd);
 }
 
 // Writes one section; answers the place behind it.
 Place ViewBuilder::buildSection(const Component &component) {
   Input &input = *component.input;
-  input.source.setEnd(component.end);
-  input.source.moveTo(component.begin);
+  input.source.moveTo(component.begin, component.end);
   ContentLine line;
   if (!input.lines.next(&line)) return input.source.place();
   const std::string name = takeComponentName(&input.source);
