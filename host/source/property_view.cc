@@ -139,7 +139,6 @@ std::string PropertyView::headText(std::string_view bytes) {
   return text;
 }
 
-// Positions are asked for in their order, which costs least.
 std::optional<Extent> PropertyView::extentOf(uint64_t from, uint64_t end) const {
   if (!file_->filePosition) return std::nullopt;
   const uint64_t offset = file_->filePosition(from);
