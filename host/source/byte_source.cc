@@ -8,8 +8,11 @@
 
 namespace px {
 
-ByteSource::ByteSource(VcardIo *io, uint64_t end)
-    : io_(io), end_(end), buffer_(std::make_unique_for_overwrite<char[]>(Capacity)) {}
+ByteSource::ByteSource(VcardIo *io, uint64_t end, bool countLines)
+    : io_(io),
+      end_(end),
+      countLines_(countLines),
+      buffer_(std::make_unique_for_overwrite<char[]>(Capacity)) {}
 
 // Reads on behind what the buffer holds; false when there is nothing more, or no room.
 bool ByteSource::readMore() {
@@ -65,7 +68,7 @@ bool ByteSource::takeLineEnd() {
   if (first != '\r' && first != '\n') return false;
   ++next_;
   if (first == '\r' && peek() == '\n') ++next_;
-  ++line_;
+  if (countLines_) ++line_;
   return true;
 }
 

@@ -20,8 +20,9 @@ struct Place {
 
 class ByteSource {
  public:
-  // Reads `io`, which isn't owned, up to the position `end`.
-  ByteSource(VcardIo *io, uint64_t end);
+  // Reads `io`, which isn't owned, up to the position `end`. Without `countLines` the number of the
+  // line stays what moveTo was given.
+  ByteSource(VcardIo *io, uint64_t end, bool countLines = true);
 
   // The members that read throw std::runtime_error when `io` fails.
 
@@ -71,6 +72,7 @@ class ByteSource {
 
   VcardIo *io_;
   uint64_t end_;
+  const bool countLines_;
   uint64_t base_ = 0;  // position of the buffer's first byte
   uint64_t line_ = 1;
   size_t next_ = 0;

@@ -43,6 +43,19 @@ std::vector<std::string> split(std::string_view text) {
   }
 }
 
+// The parts of a name in the order in which it is said.
+std::string joinedName(const std::vector<std::string> &parts) {
+  std::string name;
+  const auto add = [&](size_t i) {
+    if (i >= parts.size() || parts[i].empty()) return;
+    if (!name.empty()) name += ' ';
+    name += parts[i];
+  };
+  for (const size_t i : {3, 1, 2, 0}) add(i);
+  for (size_t i = 4; i < parts.size(); ++i) add(i);
+  return name;
+}
+
 bool areEmpty(const std::vector<std::string> &fields) {
   return std::all_of(fields.begin(), fields.end(), [](const auto &field) { return field.empty(); });
 }
@@ -75,12 +88,12 @@ std::string badByte(char c) {
 }  // namespace
 
 void PropertyView::beginSection(int16_t format, const VersionRules &rules, const SourceFile *file,
-                                bool nameFromParts, SectionNote *section) {
+                                SectionNote *section) {
   format_ = format;
   rules_ = rules;
   file_ = file;
-  nameFromParts_ = nameFromParts;
   section_ = section;
+  nameFromParts_.clear();
   groups_.clear();
 }
 
@@ -317,7 +330,7 @@ void PropertyView::beginDecoder(bool isUtf8) {
 // Writes the value in text_.
 void PropertyView::addWhole() {
   if (!note_.group.empty()) noteGroup();
-  if (!known_) return putUnderOwnName(text_);
+  if (!known_) return putPlainLine(text_);
   if (separator_ != 0) return addFields();
 
   const bool hasLineEnd = text_.find('\n') != text_.npos;
@@ -336,7 +349,7 @@ void PropertyView::addWhole() {
   }
   const bool takesPlace = known_->role != SummaryRole::None && text_.empty();
   if (takesPlace || cutOff || (hasLineEnd && (oneLine || single || version))) {
-    return putUnderOtherName(text_);
+    return putPlainLine(text_);
   }
   note_.callLabel = known_->label;
   if (single || version) {
@@ -415,8 +428,7 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
     putHead(true);
   } else {
     note_.fieldsInText = separator_ != 0;
-    note_.callName = known_ ? "X-" + std::string(known_->name) : std::string(cut(note_.name));
-    view_->put(note_.callName + ":");
+    putPlainHead();
   }
   const uint64_t start = view_->size();
   source_->moveTo(line.value);
@@ -462,7 +474,7 @@ void PropertyView::addFields() {
   if (isCut || takesPlace) {
     if (!takesPlace && isIndexed()) putForSummary([&] { putFields(fields, true); });
     note_.fieldsInText = true;
-    putUnderOtherName(text_);
+    putPlainLine(text_);
   } else {
     note_.callLabel = known_->label;
     if (!rows) {
@@ -473,7 +485,8 @@ void PropertyView::addFields() {
     }
     putFields(fields, false);
   }
-  if (nameFromParts_ && isIndexed() && known_->role == SummaryRole::Name) putNameFromParts(fields);
+  const bool isName = isIndexed() && known_->role == SummaryRole::Name;
+  if (isName && nameFromParts_.empty()) nameFromParts_ = joinedName(fields);
 }
 
 void PropertyView::putFields(const std::vector<std::string> &fields, bool isCut) {
@@ -500,31 +513,16 @@ void PropertyView::putForSummary(Put put) {
   note_ = whole;
 }
 
-void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
-  std::string name;
-  const auto add = [&](size_t i) {
-    if (i >= parts.size() || parts[i].empty()) return;
-    if (!name.empty()) name += ' ';
-    name += parts[i];
-  };
-  for (const size_t i : {3, 1, 2, 0}) add(i);
-  for (size_t i = 4; i < parts.size(); ++i) add(i);
-  if (!name.empty()) putFormattedName(name);
-}
-
-void PropertyView::putFormattedName(std::string_view name) {
+// Without a formatted name the summary's is made of the name's parts. Without those it is empty and
+// not left out: the filter reads organisation and address as quoted-printable only where the name
+// was.
+void PropertyView::endSection() {
+  if (format_ != VcardFormatVcard || section_->has(SummaryRole::FormattedName)) return;
   known_ = knownProperty("FN", format_);
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  putText(name);
-  nameFromParts_ = false;
-}
-
-// In the summary the filter reads organisation and address as quoted-printable only where the name
-// was, so a card without a name has an empty one.
-void PropertyView::endSection() {
-  if (nameFromParts_ && format_ == VcardFormatVcard) putFormattedName("");
+  putText(nameFromParts_);
 }
 
 // The name of a known property, with the types that the filter writes for it.
@@ -541,26 +539,25 @@ void PropertyView::putHead(bool encoded) {
   if (encoded) view_->put(";QUOTED-PRINTABLE:");
 }
 
-void PropertyView::putUnderOwnName(std::string_view text) {
-  // AGENT stands in no row, and the filter never shows one.
-  if (equalsNoCase(note_.name, "AGENT")) {
-    note_.callName = "X-AGENT";
-  } else {
-    note_.callName = cut(note_.name);
-  }
-  view_->put(note_.callName + ":");
+void PropertyView::putPlainLine(std::string_view text) {
+  putPlainHead();
   view_->putPlain(text);
   view_->put("\n");
   notes_->add(note_);
 }
 
-void PropertyView::putUnderOtherName(std::string_view text) {
+// The property's name if the filter doesn't know it, so that it writes the name itself.
+void PropertyView::putPlainHead() {
+  // AGENT stands in no row, and the filter never shows one.
+  if (known_ || equalsNoCase(note_.name, "AGENT")) {
+    note_.callName = "X-" + inCapitals(note_.name);
+  } else {
+    // A colon between quotes would end the name.
+    note_.callName = cut(note_.name);
+    std::erase(note_.callName, ':');
+  }
   note_.callLabel = 0;
-  note_.callName = "X-" + std::string(known_->name);
   view_->put(note_.callName + ":");
-  view_->putPlain(text);
-  view_->put("\n");
-  notes_->add(note_);
 }
 
 }  // namespace px
