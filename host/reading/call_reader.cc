@@ -370,7 +370,8 @@ void CallReader::summaryText(std::string_view utf8) {
   const bool canHaveTypes = kind_ == SummaryKind::Telephone || kind_ == SummaryKind::Email ||
                             (kind_ == SummaryKind::Entry && format_ == VcardFormatVcard);
   if (canHaveTypes && stringBegins_) {
-    if (!inTypes_ && utf8 == kTypesBegin) {
+    // The view has no number without text, so what comes first is that.
+    if (!inTypes_ && utf8 == kTypesBegin && (lineOpen_ || !note_)) {
       inTypes_ = true;
       types_.clear();
       return;

@@ -23,9 +23,6 @@ constexpr size_t kLongestField = 255;
 constexpr uint32_t kSummarySlots = 10;  // telephone numbers and mail addresses of a summary
 constexpr std::string_view kVersion = "VERSION:2.1";
 
-// The filter's positions have 32 bits.
-constexpr uint64_t kFarthest = uint64_t{1} << 31;
-
 bool isNameCharacter(char c) {
   return ('A' <= c && c <= 'Z') || ('a' <= c && c <= 'z') || ('0' <= c && c <= '9') || c == '-';
 }
@@ -172,7 +169,6 @@ class PlainReader {
     const bool oneAddress = roles_[static_cast<size_t>(SummaryRole::Address)] +
                                 roles_[static_cast<size_t>(SummaryRole::Label)] <=
                             1;
-    if (source_.place().position > kFarthest) return false;
     if (!oneAddress || roles_[static_cast<size_t>(SummaryRole::Url)] > 1) return false;
     section_.extent = Extent{begin, source_.place().position - begin};
     notes_.add(section_);

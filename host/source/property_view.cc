@@ -56,8 +56,10 @@ std::string joinedName(const std::vector<std::string> &parts) {
   return name;
 }
 
-bool areEmpty(const std::vector<std::string> &fields) {
-  return std::all_of(fields.begin(), fields.end(), [](const auto &field) { return field.empty(); });
+bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\n") == text.npos; }
+
+bool areBlank(const std::vector<std::string> &fields) {
+  return std::all_of(fields.begin(), fields.end(), isBlank);
 }
 
 bool isBase64Digit(char c) {
@@ -255,6 +257,9 @@ void PropertyView::addObject(bool percents) {
     view_->put(clean);
     digits += clean.size();
   }
+  if (good && !escape.empty()) {
+    fault("the Base64 text ends within an escape");
+  }
   if (!good) value.skip();
   note_.extent = extentOf(start_.position, value.end().position);
   if (digits == 0) {
@@ -347,7 +352,7 @@ void PropertyView::addWhole() {
       putText(line);
     });
   }
-  const bool takesPlace = known_->role != SummaryRole::None && text_.empty();
+  const bool takesPlace = known_->role != SummaryRole::None && isBlank(text_);
   if (takesPlace || cutOff || (hasLineEnd && (oneLine || single || version))) {
     return putPlainLine(text_);
   }
@@ -373,14 +378,16 @@ void PropertyView::putText(std::string_view text) {
   endLine(start);
 }
 
-// An X-ABLabel line tells how the other lines of its group are called.
+// An X-ABLabel line tells how the other lines of its group are called: the first one does.
 void PropertyView::noteGroup() {
+  std::vector<std::pair<std::string, std::string>> &labels = section_->groupLabels;
   const bool known = std::find(groups_.begin(), groups_.end(), note_.group) != groups_.end();
   if (!equalsNoCase(note_.name, "X-ABLABEL")) {
     if (!known && groups_.size() < SectionNote::MaxGroupLabels) groups_.push_back(note_.group);
   } else if (known && text_.size() <= kLongestField &&
-             section_->groupLabels.size() < SectionNote::MaxGroupLabels) {
-    section_->groupLabels.emplace_back(note_.group, text_);
+             std::none_of(labels.begin(), labels.end(),
+                          [this](const auto &label) { return label.first == note_.group; })) {
+    labels.emplace_back(note_.group, text_);
     note_.labelsGroup = true;
   }
 }
@@ -470,7 +477,7 @@ void PropertyView::addFields() {
                      std::any_of(fields.begin(), fields.end(), [](const std::string &field) {
                        return field.size() > kLongestField;
                      });
-  const bool takesPlace = isIndexed() && areEmpty(fields);
+  const bool takesPlace = isIndexed() && areBlank(fields);
   if (isCut || takesPlace) {
     if (!takesPlace && isIndexed()) putForSummary([&] { putFields(fields, true); });
     note_.fieldsInText = true;

@@ -64,7 +64,7 @@ void ViewBuilder::build() {
       if (name == "VCARD" || isCalendarPart(name)) {
         reportOutside();
         calendarVersion_.clear();
-        buildComponent(begin, 0);
+        buildComponent(begin, kNoEnd, 0);
         continue;
       }
     } else if (line.colon) {
@@ -117,7 +117,7 @@ void ViewBuilder::buildCalendar(const Place &begin) {
     if (!line.colon) continue;
     const Place start = line.start;
     if (equalsNoCase(line.name, "BEGIN")) {
-      if (!takeComponentName(&source).empty()) buildComponent(start, number);
+      if (!takeComponentName(&source).empty()) buildComponent(start, behind.position, number);
     } else {
       ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
     }
@@ -125,17 +125,18 @@ void ViewBuilder::buildCalendar(const Place &begin) {
   source.moveTo(behind);
 }
 
-// Writes a component and all that is nested in it, and goes on behind it.
-void ViewBuilder::buildComponent(const Place &begin, uint32_t partOf) {
-  queue_.assign(1, {&file_, begin, kNoEnd, partOf, 0, std::nullopt});
+// Writes a component and all that is nested in it, and goes on behind it; all of it lies before
+// `end`.
+void ViewBuilder::buildComponent(const Place &begin, uint64_t end, uint32_t partOf) {
+  queue_.assign(1, {&file_, begin, end, partOf, 0, std::nullopt});
   std::optional<Place> behind;
   while (!queue_.empty()) {
     const Component component = queue_.front();
     queue_.pop_front();
     nested_.clear();
-    const Place end = buildSection(component);
+    const Place sectionEnd = buildSection(component);
     queue_.insert(queue_.begin(), nested_.begin(), nested_.end());
-    if (!behind) behind = end;
+    if (!behind) behind = sectionEnd;
   }
   file_.source.moveTo(*behind, kNoEnd);
 }

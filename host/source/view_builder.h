@@ -57,7 +57,7 @@ class ViewBuilder {
   void fault(uint64_t line, const std::string &text) const { (*faults_)(line, text); }
   void reportOutside();
   void buildCalendar(const Place &begin);
-  void buildComponent(const Place &begin, uint32_t partOf);
+  void buildComponent(const Place &begin, uint64_t end, uint32_t partOf);
   Place buildSection(const Component &component);
   void addNested(const Component &component);
   std::string versionOf(Input *input, const std::string &name);
