@@ -85,7 +85,8 @@ void SummaryReader::text(std::string_view utf8, bool stringBegins) {
   const bool canHaveTypes = kind_ == SummaryKind::Telephone || kind_ == SummaryKind::Email ||
                             (kind_ == SummaryKind::Entry && format_ == VcardFormatVcard);
   if (canHaveTypes && stringBegins) {
-    if (!inTypes_ && utf8 == TypesBegin) {
+    // The view has no number without text, so what comes first is that.
+    if (!inTypes_ && utf8 == TypesBegin && (lineOpen_ || !note_)) {
       inTypes_ = true;
       types_.clear();
       return;
