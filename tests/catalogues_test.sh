@@ -45,4 +45,11 @@ for catalogue in po/*.po; do
     /^msgstr / && id != "msgid \"\"" && (missing(id, $0) || missing($0, id)) { print file ": " $0; bad = 1 }
     END { exit bad }' || failures=$((failures + 1))
 done
+
+# What the reader tells of files is marked where the command translates it.
+grep -rohE 'faults?\(([^"]*, )?"[^"]+"\)' host/source | grep -o '"[^"]*"' | sort -u >"$work/told"
+[ -s "$work/told" ]
+while read -r text; do
+  grep -qF "N_($text)" host/command/error_text.cc || { echo "not marked: $text"; failures=1; }
+done <"$work/told"
 exit $((failures > 0))

@@ -82,14 +82,14 @@ TEST(JsonWriter, Sections) {
           "\"lines\":[\"more\"]},\"properties\":[{\"name\":\"X\",\"value\":\"\"," +
           place + "}]}",
       kFailure};
-  std::string lines, array;
+  std::string lines, elements;
   for (const std::string &object : objects) {
     lines += object + "\n";
-    array += (array.empty() ? "[\n" : ",\n") + object;
+    elements += (elements.empty() ? "\n" : ",\n") + object;
   }
   EXPECT_EQ(jsonOf(script), lines);
   expectValid(lines);
-  EXPECT_EQ(jsonOf(script, JsonForm::Elements), array + "\n]\n");
+  EXPECT_EQ(jsonOf(script, JsonForm::Elements), elements);
 }
 
 TEST(JsonWriter, Properties) {

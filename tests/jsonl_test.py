@@ -151,6 +151,8 @@ def read_property(line, section, source, faults):
     head, raw = join(line.pieces, old)
     line.group, line.name, line.params = read_head(source.decode(head)[0], old)
     line.optional |= raw is None or not line.name
+    if raw is None:
+        faults.add(line.number)
     line.object, line.value, line.encoding, raw = None, "", encoding(line.pieces), raw or b""
     uri = re.match(rb"\s*data:([^,;]*)(;[^,;]*)*;base64,", raw, re.I)
     if uri or line.encoding == "base64" and raw.strip():
@@ -311,7 +313,7 @@ def check(pxcard, path, validator, guess=None, lines=None):
     with tempfile.TemporaryDirectory() as folder:
         run("--extract", folder)
         saved = [open(entry, "rb").read() for entry in os.scandir(folder)]
-    yield "extracted", sorted(saved), sorted(one for one in objects if one is not None)
+    yield "extracted", sorted(saved), sorted({one for one in objects if one is not None})
 
 
 def card(family, given, note, params=""):

@@ -145,6 +145,13 @@ TEST(Scanner, Heads) {
        R"(#79411: u"2.0" d | #79408: w"a" d | #79408: u"b" d |)"},
   };
   for (const auto &[lines, out] : cases) EXPECT_EQ(shortForm(listing(lines)), out) << lines;
+
+  // Names of every length, each behind a longer one.
+  for (size_t length = 40; length > 0; --length) {
+    const std::string name(length, 'X');
+    EXPECT_EQ(shortForm(listing("Y" + name + ":x\n" + name + ":x\n")),
+              "d\"Y" + name + "\": \"x\" | d\"" + name + "\": \"x\" |");
+  }
 }
 
 TEST(Scanner, EndOfTheInput) {

@@ -93,6 +93,19 @@ for _ in {1..500}; do cat "$agent"; done >shrinking.vcf
 "$pxcard" --format trace shrinking.vcf 2>err | { read -r _; : >shrinking.vcf; cat >out; }
 same 'shrinking' "${PIPESTATUS[0]} $(<err)" '1 pxcard: shrinking.vcf: cut short while it was read'
 
+# Formats, and what is said of damage.
+expect 0 '' --format jsonl "$agent" "$agent"
+same 'a line for each card' "$(wc -l <out)" 4
+expect 1 'pxcard: wrong.txt: not a vCard or vCalendar file' --format json wrong.txt
+same 'a file that is no card' "$(<out)" '[
+{"file":"wrong.txt","error":"not a vCard or vCalendar file"}
+]'
+printf 'BEGIN:VCARD\nFN:a\nBEGIN:VCARD\nFN:\xff\nNOTE;CHARSET=UTF-8:\xff\nEND:VCARD\n' >faults.vcf
+expect 1 'pxcard: faults.vcf: line 1: VCARD without END
+pxcard: faults.vcf: line 5: bytes that are no text in the value'\''s character set' faults.vcf
+same 'colours' "$("$pxcard" --color always "$agent" | grep -c $'\e\[')" "$("$pxcard" --color always "$agent" | grep -c $'\e\[0m')"
+same 'no colours' "$("$pxcard" "$agent" | grep -c $'\e')" 0
+
 # Many inputs: folders with a loop in them, a list, standard input that isn't named.
 mkdir -p tree/Sub/deep tree/empty
 cp "$agent" tree/Sub/deep/B.VCF
@@ -145,6 +158,14 @@ ${shown}640./link"
 (ulimit -f 0; "$pxcard" -o kept --format trace "${many[@]}" 2>&1) >/dev/null
 same 'full disk, output file' "$? $(stat -c %a kept) $(find . -name '.px*')" '1 640 '
 grep -q '^== ' kept || same 'the old file' gone there
+mkfifo waiting
+"$pxcard" -o kept waiting 2>err &
+exec 3>waiting
+until [ -n "$(find . -name '.px*')" ]; do sleep 0.01; done
+kill $!
+wait $! 2>err
+same 'interrupted' "$? $(find . -name '.px*')" '143 '
+exec 3>&-
 expect 1 'pxcard: no/there: No such file or directory' -o no/there "$agent"
 expect 1 'pxcard: .: Is a directory' -o . "$agent"
 expect 0 '' -o /dev/null "$agent"

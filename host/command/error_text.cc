@@ -44,6 +44,7 @@ namespace {
     N_("no colon: not a property"),
     N_("text behind the end of the Base64 text"),
     N_("text outside of any card"),
+    N_("the Base64 text ends within an escape"),
     N_("the Base64 text holds a byte that is none"),
     N_("the file holds units that are no text in its character set"),
 };

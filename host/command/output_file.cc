@@ -5,8 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -33,6 +36,27 @@ mode_t usualMode() {
   return 0666 & ~mask;
 }
 
+// A program that is interrupted takes its temporary file with it.
+char interrupted[PATH_MAX];
+
+void removeAndEnd(int signal) {
+  unlink(interrupted);
+  raise(signal);  // whose usual action is back
+}
+
+void removeWhenInterrupted(const std::string &file) {
+  if (file.size() >= sizeof interrupted) return;
+  std::memcpy(interrupted, file.c_str(), file.size() + 1);
+  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+    struct sigaction now {};
+    if (sigaction(signal, nullptr, &now) != 0 || now.sa_handler == SIG_IGN) continue;
+    now = {};
+    now.sa_handler = removeAndEnd;
+    now.sa_flags = SA_RESETHAND;
+    sigaction(signal, &now, nullptr);
+  }
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const std::string &name) : name_(name), place_(behindLinks(name)) {
@@ -50,6 +74,7 @@ OutputFile::OutputFile(const std::string &name) : name_(name), place_(behindLink
   file_ = FileDescriptor(mkostemp(temporary.data(), O_CLOEXEC));
   if (!file_.isOpen()) fail(name_);
   temporary_ = temporary;
+  removeWhenInterrupted(temporary);
   fchmod(file_.number(), exists ? status.st_mode & 07777 : usualMode());
 }
 
@@ -62,6 +87,7 @@ void OutputFile::commit() {
   // The new content is on the disk before the old one goes.
   if (fsync(file_.number()) != 0 || rename(temporary_.c_str(), place_.c_str()) != 0) fail(name_);
   temporary_.clear();
+  interrupted[0] = '\0';
 }
 
 }  // namespace px

@@ -40,6 +40,8 @@ bool showsProgress(const Options &options, int file) {
 }
 
 ExitCode runInto(const Options &options, int file) {
+  constexpr uint32_t kilobytes = 64;  // with less the filter reads a file in many small pieces
+  setInputBuffer(filterLibrary(), kilobytes);
   FileWriter writer(file);
   InputList inputs(options);
   Progress progress(options, showsProgress(options, file));

@@ -29,7 +29,10 @@ FilterLibrary load() {
   if (!library) throw std::runtime_error(dlerror());
   const auto getRtns = reinterpret_cast<decltype(VwGetRtns) *>(dlsym(library, "VwGetRtns"));
   const auto versionText = static_cast<const char *const *>(dlsym(library, "version"));
-  if (!getRtns || !versionText) throw std::runtime_error(path + ": no filter library");
+  // It is the sibling library's, which comes with the filter.
+  const auto setOption =
+      reinterpret_cast<decltype(UTSetGlobalOption) *>(dlsym(library, "UTSetGlobalOption"));
+  if (!getRtns || !versionText || !setOption) throw std::runtime_error(path + ": no filter library");
 
   void *table[VwSlotCount] = {};
   getRtns(table, VwSlotCount);
@@ -53,6 +56,7 @@ FilterLibrary load() {
   take(VwSlotSetUser, filter.setUser);
   take(VwSlotSetSoRtn, filter.setSoRtn);
   take(VwSlotDoSpecial, filter.doSpecial);
+  filter.setGlobalOption = setOption;
 
   const char *number = std::strchr(*versionText, '=');
   filter.version = number ? number + 1 : *versionText;
@@ -64,6 +68,10 @@ FilterLibrary load() {
 const FilterLibrary &filterLibrary() {
   static const FilterLibrary library = load();
   return library;
+}
+
+void setInputBuffer(const FilterLibrary &filter, uint32_t kilobytes) {
+  filter.setGlobalOption(UTOptionInputBuffer, &kilobytes, sizeof kilobytes);
 }
 
 }  // namespace px

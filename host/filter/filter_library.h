@@ -3,6 +3,7 @@
 #ifndef PX_HOST_FILTER_FILTER_LIBRARY_H
 #define PX_HOST_FILTER_FILTER_LIBRARY_H
 
+#include "px/util.h"
 #include "px/vcrd.h"
 
 namespace px {
@@ -23,6 +24,7 @@ struct FilterLibrary {
   decltype(VwSetUser) *setUser;
   decltype(VwSetSoRtn) *setSoRtn;
   decltype(VwDoSpecial) *doSpecial;
+  decltype(UTSetGlobalOption) *setGlobalOption;
   const char *version;  // the dotted version number alone
 };
 
@@ -30,6 +32,9 @@ struct FilterLibrary {
 // from the system, with its entry points from VwGetRtns. It stays loaded until the process ends.
 // Throws std::runtime_error, whose text is for a person, when it can't be loaded.
 const FilterLibrary &filterLibrary();
+
+// Sets the size of the filter's input buffer, for all runs of the process that are begun later.
+void setInputBuffer(const FilterLibrary &filter, uint32_t kilobytes);
 
 }  // namespace px
 

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <string>
 #include <system_error>
 
 #include "host/io/file_io.h"

@@ -71,6 +71,7 @@ int32_t SpoolIo::readAt(uint64_t position, void *to, uint32_t size, uint32_t *co
   try {
     *count = static_cast<uint32_t>(spool_->readAt(start_ + position, to, wanted));
   } catch (const std::system_error &) {
+    failure_ = std::current_exception();
     return IoFailed;
   }
   return 0;

@@ -5,6 +5,7 @@
 #define PX_HOST_IO_SPOOL_FILE_H
 
 #include <cstdint>
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -48,9 +49,15 @@ class SpoolIo final : public PositionedIo<SpoolIo> {
   SpoolIo(const SpoolFile *spool, uint64_t start, uint64_t length)
       : spool_(spool), start_(start), length_(length) {}
 
+  // Throws what has failed a read. The filter takes that for the end of the input.
+  void check() const {
+    if (failure_) std::rethrow_exception(failure_);
+  }
+
   int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count);
 
  private:
+  std::exception_ptr failure_;
   const SpoolFile *spool_;
   uint64_t start_, length_;
 };

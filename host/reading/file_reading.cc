@@ -41,6 +41,7 @@ void readFile(const FilterLibrary &filter, VcardIo *io, Reading reading, const F
     SpoolIo text(&view.text(), document.text.offset, document.text.length);
     const bool inPlace = document.text.length == 0;
     readRun(filter, inPlace ? io : &text, document.format, inPlace, &reader);
+    text.check();
   }
 }
 

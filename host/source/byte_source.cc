@@ -8,16 +8,18 @@
 
 namespace px {
 
-ByteSource::ByteSource(VcardIo *io, uint64_t end)
-    : io_(io), end_(end), buffer_(std::make_unique_for_overwrite<char[]>(Capacity)) {}
+ByteSource::ByteSource(VcardIo *io, uint64_t end, bool countLines)
+    : io_(io),
+      end_(end),
+      countLines_(countLines),
+      buffer_(std::make_unique_for_overwrite<char[]>(Capacity)) {}
 
-// Reads on behind what the buffer holds; false at the end.
+// Reads on behind what the buffer holds; false when there is nothing more, or no room.
 bool ByteSource::readMore() {
-  const uint64_t position = base_ + filled_;
-  if (position >= end_ || filled_ == Capacity) return false;
-  const auto room = static_cast<uint32_t>(std::min<uint64_t>(Capacity - filled_, end_ - position));
+  if (filled_ == Capacity) return false;
+  const auto room = static_cast<uint32_t>(Capacity - filled_);
   uint32_t count = 0;
-  if (readIoAt(io_, position, buffer_.get() + filled_, room, &count) != 0) {
+  if (readIoAt(io_, base_ + filled_, buffer_.get() + filled_, room, &count) != 0) {
     throw std::runtime_error("the input can't be read");
   }
   filled_ += count;
@@ -27,28 +29,38 @@ bool ByteSource::readMore() {
 // Starts the buffer anew at the place where the source stands.
 void ByteSource::restart() {
   base_ += next_;
-  next_ = filled_ = 0;
-  lineFeed_ = 1;
+  next_ = filled_ = limit_ = 0;
+  lineFeed_ = carriageReturn_ = Search();
+}
+
+// What is behind the end may lie in the buffer too, for when the end moves.
+void ByteSource::setLimit() {
+  limit_ = static_cast<size_t>(std::min<uint64_t>(filled_, end_ - base_));
 }
 
 void ByteSource::fill() {
+  if (base_ + next_ == end_) return;
   restart();
   readMore();
-  lineFeed_ = filled_ + 1;
+  setLimit();
 }
 
-// The next LF is looked for once, so that a file of lone CRs costs no search of the whole buffer
-// for each of its lines.
+size_t ByteSource::find(char wanted, size_t limit, Search *search) const {
+  if (next_ < search->from || search->found < next_) {
+    const void *found = std::memchr(buffer_.get() + next_, wanted, limit - next_);
+    search->from = next_;
+    search->found =
+        found ? static_cast<size_t>(static_cast<const char *>(found) - buffer_.get()) : limit;
+  }
+  return search->found;
+}
+
 std::string_view ByteSource::readyInLine(bool *ended) {
   const std::string_view bytes = ready();
-  const auto find = [&](char wanted, size_t size) {
-    const void *found = size > 0 ? std::memchr(bytes.data(), wanted, size) : nullptr;
-    return found ? static_cast<size_t>(static_cast<const char *>(found) - bytes.data()) : size;
-  };
-  if (lineFeed_ < next_ || lineFeed_ > filled_) lineFeed_ = next_ + find('\n', bytes.size());
-  const size_t size = find('\r', lineFeed_ - next_);
-  *ended = size < bytes.size();
-  return bytes.substr(0, size);
+  const size_t lineFeed = find('\n', filled_, &lineFeed_);
+  const size_t lineEnd = find('\r', lineFeed, &carriageReturn_);
+  *ended = lineEnd < limit_;
+  return bytes.substr(0, lineEnd - next_);
 }
 
 bool ByteSource::takeLineEnd() {
@@ -56,34 +68,31 @@ bool ByteSource::takeLineEnd() {
   if (first != '\r' && first != '\n') return false;
   ++next_;
   if (first == '\r' && peek() == '\n') ++next_;
-  ++line_;
+  if (countLines_) ++line_;
   return true;
 }
 
 std::string_view ByteSource::lookAhead(size_t size) {
-  if (filled_ - next_ < size) {
+  if (limit_ - next_ < size && base_ + limit_ < end_) {
     restart();
     while (filled_ < size && readMore()) {
     }
-    lineFeed_ = filled_ + 1;
+    setLimit();
   }
-  return std::string_view(buffer_.get() + next_, filled_ - next_).substr(0, size);
+  return std::string_view(buffer_.get() + next_, limit_ - next_).substr(0, size);
 }
 
-void ByteSource::setEnd(uint64_t end) {
+void ByteSource::moveTo(const Place &place, uint64_t end) {
   end_ = end;
-  restart();  // what lies in the buffer may reach past it
-}
-
-void ByteSource::moveTo(const Place &place) {
+  line_ = place.line;
   if (base_ <= place.position && place.position <= base_ + filled_) {
     next_ = static_cast<size_t>(place.position - base_);
   } else {
     base_ = place.position;
-    next_ = filled_ = 0;
+    next_ = 0;
+    restart();
   }
-  lineFeed_ = filled_ + 1;
-  line_ = place.line;
+  setLimit();
 }
 
 }  // namespace px

@@ -20,23 +20,24 @@ struct Place {
 
 class ByteSource {
  public:
-  // Reads `io`, which isn't owned, up to the position `end`.
-  ByteSource(VcardIo *io, uint64_t end);
+  // Reads `io`, which isn't owned, up to the position `end`. Without `countLines` the number of the
+  // line stays what moveTo was given.
+  ByteSource(VcardIo *io, uint64_t end, bool countLines = true);
 
   // The members that read throw std::runtime_error when `io` fails.
 
   // The bytes that lie ready, at least one; empty at the end.
   std::string_view ready() {
-    if (next_ == filled_) fill();
-    return {buffer_.get() + next_, filled_ - next_};
+    if (next_ == limit_) fill();
+    return {buffer_.get() + next_, limit_ - next_};
   }
   // Passes over bytes of ready() that hold no line end.
   void skip(size_t count) { next_ += count; }
 
   // The next byte, 0 to 255, or -1 at the end.
   int peek() {
-    if (next_ == filled_) fill();
-    return next_ == filled_ ? -1 : static_cast<unsigned char>(buffer_[next_]);
+    if (next_ == limit_) fill();
+    return next_ == limit_ ? -1 : static_cast<unsigned char>(buffer_[next_]);
   }
 
   // The bytes of ready() before the next CR or LF; `*ended` tells whether one lies ready there.
@@ -48,27 +49,36 @@ class ByteSource {
   // Up to `size` bytes of what comes next, line ends too; fewer only at the end.
   std::string_view lookAhead(size_t size);
 
-  // Moves the end to another position.
-  void setEnd(uint64_t end);
-  uint64_t end() const { return end_; }
-
   Place place() const { return {base_ + next_, line_}; }
-  void moveTo(const Place &place);
+  // Goes to a place before the end, or to one before `end`, which is the end then.
+  void moveTo(const Place &place) { moveTo(place, end_); }
+  void moveTo(const Place &place, uint64_t end);
 
  private:
+  // Where the next byte of a kind lies in the buffer: kept, so that it is looked for once however
+  // often somebody asks.
+  struct Search {
+    size_t from = 1;   // there is none from here
+    size_t found = 0;  // up to here; before `from`: nothing is known
+  };
+
   bool readMore();
   void restart();
+  void setLimit();
   void fill();
+  size_t find(char wanted, size_t limit, Search *search) const;
 
   static constexpr uint32_t Capacity = 64 * 1024;
 
   VcardIo *io_;
   uint64_t end_;
+  const bool countLines_;
   uint64_t base_ = 0;  // position of the buffer's first byte
   uint64_t line_ = 1;
   size_t next_ = 0;
   size_t filled_ = 0;
-  size_t lineFeed_ = 0;  // the first LF at or behind next_, or filled_; stale when before next_
+  size_t limit_ = 0;  // filled_, or where the end lies before that
+  Search lineFeed_, carriageReturn_;
   std::unique_ptr<char[]> buffer_;
 };
 

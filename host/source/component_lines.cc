@@ -4,6 +4,7 @@
 
 #include "host/source/ascii_case.h"
 #include "host/source/line_parameters.h"
+#include "host/source/text_decoder.h"
 
 namespace px {
 namespace {
@@ -31,7 +32,7 @@ std::string takeComponentName(ByteSource *source) {
       if (c != ' ' && c != '\t' && name.size() < longest) name += c;
     }
   }
-  return inCapitals(name);
+  return inCapitals(asUtf8(name));
 }
 
 ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,

@@ -46,8 +46,15 @@ bool takeFold(ByteSource *source) {
 }
 
 bool ContentLines::next(ContentLine *line) {
-  while (isBlank(source_->peek()) || source_->takeLineEnd()) {
-    if (isBlank(source_->peek())) source_->skip(1);
+  constexpr std::string_view mark = "\xEF\xBB\xBF";  // files were put one behind the other
+  for (;;) {
+    if (isBlank(source_->peek())) {
+      source_->skip(1);
+    } else if (source_->peek() == 0xEF && source_->lookAhead(mark.size()) == mark) {
+      source_->skip(mark.size());
+    } else if (!source_->takeLineEnd()) {
+      break;
+    }
   }
   if (source_->peek() < 0) return false;
   line->start = source_->place();
@@ -73,9 +80,10 @@ bool ContentLines::nextInBuffer(ContentLine *line) {
   if (!found) return false;
   const auto size = static_cast<size_t>(static_cast<const char *>(found) - bytes.data());
   if (size > LongestHead || std::memchr(bytes.data(), '"', size)) return false;
+  head_.assign(bytes, 0, size);
   source_->skip(size + 1);
   line->value = source_->place();
-  split(bytes.substr(0, size), line);
+  split(head_, line);
   return true;
 }
 

@@ -66,7 +66,7 @@ class ContentLines {
 
   ByteSource *source_;
   FoldRule rule_ = FoldRule::DropsBlank;
-  std::string head_;
+  std::string head_;  // of the line; its texts lie here, since the source's buffer moves on
   std::string name_;  // when blanks had to be taken out
 };
 

@@ -15,9 +15,19 @@ namespace {
 
 class RecordWriter {
  public:
+  // Writes into `bytes`, which is cleared, behind room for the length.
+  explicit RecordWriter(std::string *bytes) : bytes_(*bytes) { bytes_.assign(sizeof(uint32_t), 0); }
+
+  std::string_view finish() {
+    const auto size = static_cast<uint32_t>(bytes_.size() - sizeof(uint32_t));
+    std::memcpy(bytes_.data(), &size, sizeof size);
+    return bytes_;
+  }
+
   template <class Number>
-  requires std::is_arithmetic_v<Number>
-  void put(Number number) { bytes_.append(reinterpret_cast<const char *>(&number), sizeof number); }
+  requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void put(Number number) {
+    bytes_.append(reinterpret_cast<const char *>(&number), sizeof number);
+  }
   void put(const std::string &text) {
     put(static_cast<uint32_t>(text.size()));
     bytes_ += text;
@@ -45,24 +55,25 @@ class RecordWriter {
     put(static_cast<uint32_t>(list.size()));
     for (const T &item : list) put(item);
   }
-  const std::string &bytes() const { return bytes_; }
 
  private:
-  std::string bytes_;
+  std::string &bytes_;
 };
 
 class RecordReader {
  public:
-  explicit RecordReader(SpoolReader *spool) : spool_(*spool) {}
+  explicit RecordReader(std::string_view bytes) : bytes_(bytes) {}
 
   template <class Number>
-  requires std::is_arithmetic_v<Number>
-  void take(Number *number) { spool_.read(number, sizeof *number); }
+  requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void take(Number *number) {
+    std::memcpy(number, bytes_.data(), sizeof *number);
+    bytes_.remove_prefix(sizeof *number);
+  }
   void take(std::string *text) {
     uint32_t size;
     take(&size);
-    text->resize(size);
-    spool_.read(text->data(), size);
+    text->assign(bytes_, 0, size);
+    bytes_.remove_prefix(size);
   }
   void take(Extent *extent) {
     take(&extent->offset);
@@ -93,7 +104,7 @@ class RecordReader {
   }
 
  private:
-  SpoolReader &spool_;
+  std::string_view bytes_;
 };
 
 // Each record names its fields once, for both ways.
@@ -108,6 +119,7 @@ void visitLine(Note &note, Visit visit) {
   visit(note.group);
   visit(note.labelsGroup);
   visit(note.parameters);
+  visit(note.types);
   visit(note.extent);
   visit(note.breakAdded);
   visit(note.fieldsInText);
@@ -116,6 +128,15 @@ void visitLine(Note &note, Visit visit) {
   visit(note.data);
   visit(note.dataSize);
   visit(note.dataType);
+}
+
+// The role comes first: notes of other roles are passed over by it.
+template <class Note, class Visit>
+void visitSummary(Note &note, Visit visit) {
+  visit(note.role);
+  visit(note.types);
+  visit(note.value);
+  visit(note.cut);
 }
 
 template <class Note, class Visit>
@@ -136,6 +157,8 @@ void visitSection(Note &note, Visit visit) {
 }  // namespace
 
 std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
+  const auto isType = [](const Parameter &parameter) { return parameter.name == "TYPE"; };
+  if (std::none_of(parameters.begin(), parameters.end(), isType)) return {};
   std::vector<std::pair<int, std::string>> types;
   for (const Parameter &parameter : parameters) {
     if (parameter.name != "TYPE") continue;
@@ -156,19 +179,16 @@ std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
 }
 
 void LineNotes::add(const LineNote &note) {
-  RecordWriter record;
+  RecordWriter record(&record_);
   visitLine(note, [&](const auto &field) { record.put(field); });
-  lines_.append(record.bytes());
+  lines_.append(record.finish());
   ++lineCount_;
 }
 
 void LineNotes::add(const SummaryNote &note) {
-  RecordWriter record;
-  record.put(static_cast<uint8_t>(note.role));
-  record.put(note.types);
-  record.put(note.value);
-  record.put(note.cut);
-  summaries_.append(record.bytes());
+  RecordWriter record(&record_);
+  visitSummary(note, [&](const auto &field) { record.put(field); });
+  summaries_.append(record.finish());
   ++summaryCount_;
 }
 
@@ -177,37 +197,37 @@ void LineNotes::add(SectionNote section) {
   section.firstSummary = firstSummary_;
   section.lineCount = lineCount_;
   section.summaryCount = summaryCount_;
-  RecordWriter record;
+  RecordWriter record(&record_);
   visitSection(section, [&](const auto &field) { record.put(field); });
-  sections_.append(record.bytes());
+  sections_.append(record.finish());
   ++sectionCount_;
   firstLine_ = lines_.size();
   firstSummary_ = summaries_.size();
   lineCount_ = summaryCount_ = 0;
 }
 
-bool SpoolReader::fill() {
+// Brings as many bytes of what comes next into the buffer; false when there are fewer.
+bool RecordSpool::hold(size_t size) {
+  if (buffer_.size() - next_ >= size) return true;
   constexpr size_t capacity = 16 * 1024;
-  base_ += buffer_.size();
+  base_ += next_;
   next_ = 0;
-  buffer_.resize(capacity);
-  buffer_.resize(spool_->readAt(base_, buffer_.data(), capacity));
-  return !buffer_.empty();
+  buffer_.resize(std::max(capacity, size));
+  buffer_.resize(spool_.readAt(base_, buffer_.data(), buffer_.size()));
+  return buffer_.size() >= size;
 }
 
-void SpoolReader::read(void *to, size_t size) {
-  auto *bytes = static_cast<char *>(to);
-  while (size > 0) {
-    if (atEnd()) throw std::logic_error("a note is cut short");
-    const size_t count = std::min(size, buffer_.size() - next_);
-    std::memcpy(bytes, buffer_.data() + next_, count);
-    next_ += count;
-    bytes += count;
-    size -= count;
-  }
+std::optional<std::string_view> RecordSpool::next() {
+  uint32_t size;
+  if (!hold(sizeof size)) return std::nullopt;
+  std::memcpy(&size, buffer_.data() + next_, sizeof size);
+  if (!hold(sizeof size + size)) throw std::logic_error("a note is cut short");
+  const std::string_view record(buffer_.data() + next_ + sizeof size, size);
+  next_ += sizeof size + size;
+  return record;
 }
 
-void SpoolReader::moveTo(uint64_t position) {
+void RecordSpool::moveTo(uint64_t position) {
   if (base_ <= position && position <= base_ + buffer_.size()) {
     next_ = static_cast<size_t>(position - base_);
   } else {
@@ -221,8 +241,9 @@ LineNoteReader::LineNoteReader(const LineNotes *notes)
     : lines_(&notes->lines_), summaries_(&notes->summaries_), sections_(&notes->sections_) {}
 
 bool LineNoteReader::nextSection(SectionNote *section) {
-  if (sections_.atEnd()) return false;
-  RecordReader record(&sections_);
+  const auto bytes = sections_.next();
+  if (!bytes) return false;
+  RecordReader record(*bytes);
   visitSection(section_, [&](auto &field) { record.take(&field); });
   *section = section_;
   lines_.moveTo(section_.firstLine);
@@ -234,7 +255,7 @@ bool LineNoteReader::nextSection(SectionNote *section) {
 bool LineNoteReader::nextLine(LineNote *line) {
   if (linesRead_ == section_.lineCount) return false;
   ++linesRead_;
-  RecordReader record(&lines_);
+  RecordReader record(lines_.next().value());
   visitLine(*line, [&](auto &field) { record.take(&field); });
   return true;
 }
@@ -245,16 +266,13 @@ bool LineNoteReader::nextSummary(SummaryRole role, SummaryNote *summary) {
     summariesRead_ = 0;
     role_ = role;
   }
-  RecordReader record(&summaries_);
   while (summariesRead_ < section_.summaryCount) {
     ++summariesRead_;
-    uint8_t number;
-    record.take(&number);
-    record.take(&summary->types);
-    record.take(&summary->value);
-    record.take(&summary->cut);
-    summary->role = static_cast<SummaryRole>(number);
-    if (summary->role == role) return true;
+    const std::string_view bytes = summaries_.next().value();
+    if (static_cast<SummaryRole>(bytes.front()) != role) continue;
+    RecordReader record(bytes);
+    visitSummary(*summary, [&](auto &field) { record.take(&field); });
+    return true;
   }
   return false;
 }

@@ -45,6 +45,7 @@ struct LineNote {
   std::string group;
   bool labelsGroup = false;  // an X-ABLabel line behind a property of its group
   std::vector<Parameter> parameters;
+  std::vector<std::string> types;  // what typesOf says of them
   std::optional<Extent> extent;
 
   bool breakAdded = false;     // a line end was put behind the value
@@ -99,6 +100,7 @@ class LineNotes {
   friend class LineNoteReader;
 
   SpoolFile lines_, summaries_, sections_;
+  std::string record_;  // the one that is being added
   uint64_t sectionCount_ = 0;
   uint64_t firstLine_ = 0;
   uint64_t firstSummary_ = 0;
@@ -106,21 +108,20 @@ class LineNotes {
   uint32_t summaryCount_ = 0;
 };
 
-// A spool's bytes in order, through a buffer.
-class SpoolReader {
+// The records of a spool, each behind its length, through a buffer.
+class RecordSpool {
  public:
-  explicit SpoolReader(const SpoolFile *spool, uint64_t position = 0)
-      : spool_(spool), base_(position) {}
+  explicit RecordSpool(const SpoolFile *spool) : spool_(*spool) {}
 
-  bool atEnd() { return next_ == buffer_.size() && !fill(); }
-  void read(void *to, size_t size);
+  // The next record, valid until the next call; nothing at the end.
+  std::optional<std::string_view> next();
   void moveTo(uint64_t position);
 
  private:
-  bool fill();
+  bool hold(size_t size);
 
-  const SpoolFile *spool_;
-  uint64_t base_;
+  const SpoolFile &spool_;
+  uint64_t base_ = 0;  // position of the buffer's first byte
   size_t next_ = 0;
   std::string buffer_;
 };
@@ -138,7 +139,7 @@ class LineNoteReader {
   bool nextSummary(SummaryRole role, SummaryNote *summary);
 
  private:
-  SpoolReader lines_, summaries_, sections_;
+  RecordSpool lines_, summaries_, sections_;
   SectionNote section_;
   uint32_t linesRead_ = 0;
   uint32_t summariesRead_ = 0;

@@ -21,6 +21,7 @@ namespace {
 
 constexpr size_t kLongestField = 255;
 constexpr uint32_t kSummarySlots = 10;  // telephone numbers and mail addresses of a summary
+constexpr std::string_view kVersion = "VERSION:2.1";
 
 bool isNameCharacter(char c) {
   return ('A' <= c && c <= 'Z') || ('a' <= c && c <= 'z') || ('0' <= c && c <= '9') || c == '-';
@@ -161,7 +162,7 @@ class PlainReader {
     // In front of the first line the filter has what the summary left, so it has to be one that
     // shows nothing of that.
     const auto first = line();
-    if (!first || !equalsNoCase(*first, "VERSION:2.1")) return false;
+    if (!first || !equalsNoCase(*first, kVersion)) return false;
     while (!takeLine("END:VCARD")) {
       if (!readProperty()) return false;
     }
@@ -184,7 +185,8 @@ class PlainReader {
     const std::string_view name = text->substr(0, nameEnd);
     if (name.empty() || name.size() > kLongestField ||
         !std::all_of(name.begin(), name.end(), isNameCharacter) || equalsNoCase(name, "BEGIN") ||
-        equalsNoCase(name, "END") || equalsNoCase(name, "AGENT")) {
+        equalsNoCase(name, "END") || equalsNoCase(name, "AGENT") ||
+        (equalsNoCase(name, "VERSION") && !equalsNoCase(*text, kVersion))) {
       return false;
     }
     head_.clear();
@@ -198,10 +200,10 @@ class PlainReader {
           !equalsNoCase(parameter.name, "ENCODING")) {
         return false;
       }
-      if (!isParameterWord(parameter.value) || equalsNoCase(parameter.value, "utf-8")) return false;
+      if (!isParameterWord(parameter.value)) return false;
       const bool isType = knownType(parameter.value) >= 0;
       if (named && isType != equalsNoCase(parameter.name, "TYPE")) return false;
-      if (!named && !isType && transferOf({parameter}) == Transfer::Plain) return false;
+      if (!isType && transferOf({parameter}) == Transfer::Plain) return false;
     }
 
     known_ = knownProperty(name, VcardFormatVcard);
@@ -210,6 +212,7 @@ class PlainReader {
     note_.callLabel = note_.label = known_ ? known_->label : 0;
     if (!known_) note_.callName = name;
     note_.parameters = parametersOf(head_, VersionRules());
+    note_.types = typesOf(note_.parameters);
     const Transfer transfer = transferOf(head_);
     if (transfer == Transfer::Base64) return readObject(start, *text, colon + 1);
 
@@ -239,7 +242,8 @@ class PlainReader {
     }
   }
 
-  // Base64 on this line, and on lines that begin with a blank, up to a blank line.
+  // Base64 on this line, and on lines that begin with a blank, up to a blank line. A blank behind a
+  // digit ends it for the filter.
   bool readObject(uint64_t start, std::string_view text, size_t valueStart) {
     const bool placed =
         known_ && (known_->form == PropertyForm::Media || known_->form == PropertyForm::Key);
@@ -252,9 +256,9 @@ class PlainReader {
     source_.skip(valueStart);
     for (;;) {
       const uint64_t position = source_.place().position;
-      for (size_t at = 0; at < bytes.size(); ++at) {
+      const size_t head = std::min(bytes.find_first_not_of(" \t"), bytes.size());
+      for (size_t at = head; at < bytes.size(); ++at) {
         const char c = bytes[at];
-        if (c == ' ' || c == '\t') continue;
         if (c == '=') {
           padded = true;
         } else if (padded || !isBase64Digit(c)) {
@@ -295,7 +299,7 @@ class PlainReader {
     section_.summaryRoles |= 1u << static_cast<int>(known_->role);
     SummaryNote summary;
     summary.role = known_->role;
-    summary.types = typesOf(note_.parameters);
+    summary.types = note_.types;
     notes_.add(summary);
     return ++roles_[static_cast<size_t>(known_->role)] <= kSummarySlots;
   }

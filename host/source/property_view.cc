@@ -43,8 +43,23 @@ std::vector<std::string> split(std::string_view text) {
   }
 }
 
-bool areEmpty(const std::vector<std::string> &fields) {
-  return std::all_of(fields.begin(), fields.end(), [](const auto &field) { return field.empty(); });
+// The parts of a name in the order in which it is said.
+std::string joinedName(const std::vector<std::string> &parts) {
+  std::string name;
+  const auto add = [&](size_t i) {
+    if (i >= parts.size() || parts[i].empty()) return;
+    if (!name.empty()) name += ' ';
+    name += parts[i];
+  };
+  for (const size_t i : {3, 1, 2, 0}) add(i);
+  for (size_t i = 4; i < parts.size(); ++i) add(i);
+  return name;
+}
+
+bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\n") == text.npos; }
+
+bool areBlank(const std::vector<std::string> &fields) {
+  return std::all_of(fields.begin(), fields.end(), isBlank);
 }
 
 bool isBase64Digit(char c) {
@@ -75,12 +90,12 @@ std::string badByte(char c) {
 }  // namespace
 
 void PropertyView::beginSection(int16_t format, const VersionRules &rules, const SourceFile *file,
-                                bool nameFromParts, SectionNote *section) {
+                                SectionNote *section) {
   format_ = format;
   rules_ = rules;
   file_ = file;
-  nameFromParts_ = nameFromParts;
   section_ = section;
+  nameFromParts_.clear();
   groups_.clear();
 }
 
@@ -113,8 +128,6 @@ void PropertyView::add(const ContentLine &line) {
   }
 }
 
-// The texts of `line` go with the buffer that they lie in, so they are kept before the value is
-// read.
 void PropertyView::noteHead(const ContentLine &line) {
   note_ = LineNote();
   note_.label = known_ ? known_->label : 0;
@@ -125,6 +138,7 @@ void PropertyView::noteHead(const ContentLine &line) {
     parameter.name = headText(parameter.name);
     for (std::string &value : parameter.values) value = headText(value);
   }
+  note_.types = typesOf(note_.parameters);
   if (line.parametersCut) {
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
@@ -141,7 +155,6 @@ std::string PropertyView::headText(std::string_view bytes) {
   return text;
 }
 
-// Positions are asked for in their order, which costs least.
 std::optional<Extent> PropertyView::extentOf(uint64_t from, uint64_t end) const {
   if (!file_->filePosition) return std::nullopt;
   const uint64_t offset = file_->filePosition(from);
@@ -245,6 +258,9 @@ void PropertyView::addObject(bool percents) {
     view_->put(clean);
     digits += clean.size();
   }
+  if (good && !escape.empty()) {
+    fault("the Base64 text ends within an escape");
+  }
   if (!good) value.skip();
   note_.extent = extentOf(start_.position, value.end().position);
   if (digits == 0) {
@@ -320,7 +336,7 @@ void PropertyView::beginDecoder(bool isUtf8) {
 // Writes the value in text_.
 void PropertyView::addWhole() {
   if (!note_.group.empty()) noteGroup();
-  if (!known_) return putUnderOwnName(text_);
+  if (!known_) return putPlainLine(text_);
   if (separator_ != 0) return addFields();
 
   const bool hasLineEnd = text_.find('\n') != text_.npos;
@@ -337,9 +353,9 @@ void PropertyView::addWhole() {
       putText(line);
     });
   }
-  const bool takesPlace = known_->role != SummaryRole::None && text_.empty();
+  const bool takesPlace = known_->role != SummaryRole::None && isBlank(text_);
   if (takesPlace || cutOff || (hasLineEnd && (oneLine || single || version))) {
-    return putUnderOtherName(text_);
+    return putPlainLine(text_);
   }
   note_.callLabel = known_->label;
   if (single || version) {
@@ -363,14 +379,16 @@ void PropertyView::putText(std::string_view text) {
   endLine(start);
 }
 
-// An X-ABLabel line tells how the other lines of its group are called.
+// An X-ABLabel line tells how the other lines of its group are called: the first one does.
 void PropertyView::noteGroup() {
+  std::vector<std::pair<std::string, std::string>> &labels = section_->groupLabels;
   const bool known = std::find(groups_.begin(), groups_.end(), note_.group) != groups_.end();
   if (!equalsNoCase(note_.name, "X-ABLABEL")) {
     if (!known && groups_.size() < SectionNote::MaxGroupLabels) groups_.push_back(note_.group);
   } else if (known && text_.size() <= kLongestField &&
-             section_->groupLabels.size() < SectionNote::MaxGroupLabels) {
-    section_->groupLabels.emplace_back(note_.group, text_);
+             std::none_of(labels.begin(), labels.end(),
+                          [this](const auto &label) { return label.first == note_.group; })) {
+    labels.emplace_back(note_.group, text_);
     note_.labelsGroup = true;
   }
 }
@@ -384,8 +402,7 @@ void PropertyView::endLine(uint64_t valueStart, bool isCut) {
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->add(SummaryNote{
-        known_->role, typesOf(note_.parameters), {valueStart, valueEnd - valueStart}, isCut});
+    notes_->add(SummaryNote{known_->role, note_.types, {valueStart, valueEnd - valueStart}, isCut});
   }
 }
 
@@ -418,8 +435,7 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
     putHead(true);
   } else {
     note_.fieldsInText = separator_ != 0;
-    note_.callName = known_ ? "X-" + std::string(known_->name) : std::string(cut(note_.name));
-    view_->put(note_.callName + ":");
+    putPlainHead();
   }
   const uint64_t start = view_->size();
   source_->moveTo(line.value);
@@ -461,11 +477,11 @@ void PropertyView::addFields() {
                      std::any_of(fields.begin(), fields.end(), [](const std::string &field) {
                        return field.size() > kLongestField;
                      });
-  const bool takesPlace = isIndexed() && areEmpty(fields);
+  const bool takesPlace = isIndexed() && areBlank(fields);
   if (isCut || takesPlace) {
     if (!takesPlace && isIndexed()) putForSummary([&] { putFields(fields, true); });
     note_.fieldsInText = true;
-    putUnderOtherName(text_);
+    putPlainLine(text_);
   } else {
     note_.callLabel = known_->label;
     if (!rows) {
@@ -476,7 +492,8 @@ void PropertyView::addFields() {
     }
     putFields(fields, false);
   }
-  if (nameFromParts_ && isIndexed() && known_->role == SummaryRole::Name) putNameFromParts(fields);
+  const bool isName = isIndexed() && known_->role == SummaryRole::Name;
+  if (isName && nameFromParts_.empty()) nameFromParts_ = joinedName(fields);
 }
 
 void PropertyView::putFields(const std::vector<std::string> &fields, bool isCut) {
@@ -498,36 +515,21 @@ void PropertyView::putForSummary(Put put) {
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  note_.parameters = whole.parameters;  // the types
+  note_.types = whole.types;
   put();
   note_ = whole;
 }
 
-void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
-  std::string name;
-  const auto add = [&](size_t i) {
-    if (i >= parts.size() || parts[i].empty()) return;
-    if (!name.empty()) name += ' ';
-    name += parts[i];
-  };
-  for (const size_t i : {3, 1, 2, 0}) add(i);
-  for (size_t i = 4; i < parts.size(); ++i) add(i);
-  if (!name.empty()) putFormattedName(name);
-}
-
-void PropertyView::putFormattedName(std::string_view name) {
+// Without a formatted name the summary's is made of the name's parts. Without those it is empty and
+// not left out: the filter reads organisation and address as quoted-printable only where the name
+// was.
+void PropertyView::endSection() {
+  if (format_ != VcardFormatVcard || section_->has(SummaryRole::FormattedName)) return;
   known_ = knownProperty("FN", format_);
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  putText(name);
-  nameFromParts_ = false;
-}
-
-// In the summary the filter reads organisation and address as quoted-printable only where the name
-// was, so a card without a name has an empty one.
-void PropertyView::endSection() {
-  if (nameFromParts_ && format_ == VcardFormatVcard) putFormattedName("");
+  putText(nameFromParts_);
 }
 
 // The name of a known property, with the types that the filter writes for it.
@@ -537,33 +539,32 @@ void PropertyView::putHead(bool encoded) {
                      known_->role == SummaryRole::Telephone || known_->role == SummaryRole::Email ||
                      known_->form == PropertyForm::Key;
   if (typed) {
-    for (const std::string &type : typesOf(note_.parameters)) {
+    for (const std::string &type : note_.types) {
       if (knownType(type) >= 0) view_->put(";TYPE=" + type);
     }
   }
   if (encoded) view_->put(";QUOTED-PRINTABLE:");
 }
 
-void PropertyView::putUnderOwnName(std::string_view text) {
-  // AGENT stands in no row, and the filter never shows one.
-  if (equalsNoCase(note_.name, "AGENT")) {
-    note_.callName = "X-AGENT";
-  } else {
-    note_.callName = cut(note_.name);
-  }
-  view_->put(note_.callName + ":");
+void PropertyView::putPlainLine(std::string_view text) {
+  putPlainHead();
   view_->putPlain(text);
   view_->put("\n");
   notes_->add(note_);
 }
 
-void PropertyView::putUnderOtherName(std::string_view text) {
+// The property's name if the filter doesn't know it, so that it writes the name itself.
+void PropertyView::putPlainHead() {
+  // AGENT stands in no row, and the filter never shows one.
+  if (known_ || equalsNoCase(note_.name, "AGENT")) {
+    note_.callName = "X-" + inCapitals(note_.name);
+  } else {
+    // A colon between quotes would end the name.
+    note_.callName = cut(note_.name);
+    std::erase(note_.callName, ':');
+  }
   note_.callLabel = 0;
-  note_.callName = "X-" + std::string(known_->name);
   view_->put(note_.callName + ":");
-  view_->putPlain(text);
-  view_->put("\n");
-  notes_->add(note_);
 }
 
 }  // namespace px

@@ -40,12 +40,10 @@ class PropertyView {
   PropertyView(ByteSource *source, ViewText *view, LineNotes *notes, const FaultSink *faults)
       : source_(source), view_(view), notes_(notes), faults_(faults) {}
 
-  // Begins a section. `nameFromParts`: no line has a formatted name, so the summary's is made of
-  // the name's parts.
   void beginSection(int16_t format, const VersionRules &rules, const SourceFile *file,
-                    bool nameFromParts, SectionNote *section);
+                    SectionNote *section);
 
-  // Ends it, before its END line is written.
+  // Before the section's END line is written.
   void endSection();
 
   // Reads the value of `line`, on whose first byte the source stands, and writes the property.
@@ -78,11 +76,9 @@ class PropertyView {
   void putText(std::string_view text);
   template <class Put>
   void putForSummary(Put put);
-  void putUnderOwnName(std::string_view text);
-  void putUnderOtherName(std::string_view text);
+  void putPlainLine(std::string_view text);
+  void putPlainHead();
   void putFields(const std::vector<std::string> &fields, bool isCut);
-  void putFormattedName(std::string_view name);
-  void putNameFromParts(const std::vector<std::string> &parts);
 
   bool isIndexed() const;
 
@@ -94,8 +90,8 @@ class PropertyView {
   int16_t format_ = 0;
   VersionRules rules_;
   const SourceFile *file_ = nullptr;
-  bool nameFromParts_ = false;
   SectionNote *section_ = nullptr;
+  std::string nameFromParts_;
   std::vector<std::string> groups_;  // that the section's lines have had so far
 
   // Of the current line.

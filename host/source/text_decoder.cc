@@ -35,6 +35,15 @@ bool isUtf8(std::string_view bytes, size_t *open) {
   return *open == 0 || cut;
 }
 
+std::string asUtf8(std::string_view bytes) {
+  std::string text;
+  TextDecoder decoder;
+  decoder.beginUtf8();
+  decoder.put(bytes, &text);
+  decoder.finish(&text);
+  return text;
+}
+
 bool TextDecoder::begin(const std::string &set) {
   if (set != openedSet_ || !opened_) {
     // A suffix such as //TRANSLIT is no part of a name.
@@ -61,7 +70,10 @@ void TextDecoder::put(std::string_view bytes, std::string *utf8) {
     held_.clear();
     return put(joined, utf8);
   }
-  if (converter_) return convert(bytes, utf8);
+  converter_ ? convert(bytes, utf8) : putUtf8(bytes, utf8);
+}
+
+void TextDecoder::putUtf8(std::string_view bytes, std::string *utf8) {
   while (!bytes.empty()) {
     bool open;
     const size_t valid = validUtf8Length(bytes, &open);
@@ -86,13 +98,8 @@ void TextDecoder::convert(std::string_view bytes, std::string *utf8) {
     size_t room = sizeof buffer;
     const size_t result = iconv(converter_, &in, &left, &out, &room);
     const int error = errno;
-    for (const char *c = buffer; c < out; ++c) {
-      if (*c == '\0') {
-        replace(utf8);
-      } else {
-        *utf8 += *c;
-      }
-    }
+    // Some sets have NULs, and numbers that are no characters.
+    putUtf8({buffer, static_cast<size_t>(out - buffer)}, utf8);
     if (result != static_cast<size_t>(-1) || error == E2BIG) continue;
     if (error == EINVAL) {
       held_.assign(in, left);

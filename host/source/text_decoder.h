@@ -17,6 +17,9 @@ namespace px {
 // a character.
 bool isUtf8(std::string_view bytes, size_t *open);
 
+// `bytes`, with U+FFFD for those that are no UTF-8 and for NULs.
+std::string asUtf8(std::string_view bytes);
+
 // Decodes one text after the other.
 class TextDecoder {
  public:
@@ -38,6 +41,7 @@ class TextDecoder {
     using pointer = iconv_t;
     void operator()(iconv_t converter) const { iconv_close(converter); }
   };
+  void putUtf8(std::string_view bytes, std::string *utf8);
   void convert(std::string_view bytes, std::string *utf8);
   void replace(std::string *utf8);
 

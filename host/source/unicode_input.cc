@@ -110,28 +110,36 @@ void UnicodeInput::convert(bool bigEndian, const FaultSink &faults) {
   if (!good) faults(1, "the file holds units that are no text in its character set");
 }
 
-// A character takes as many units in the file as its UTF-8 says: four bytes are a pair.
+// How many bytes of the file say what stands in the text from `from` to `to`. A character takes as
+// many units as its UTF-8 says: four bytes are a pair.
+uint64_t UnicodeInput::fileLength(uint64_t from, uint64_t to) const {
+  uint64_t length = 0;
+  char buffer[4096];
+  while (from < to) {
+    const auto wanted = static_cast<size_t>(std::min<uint64_t>(sizeof buffer, to - from));
+    const size_t count = text_.readAt(from, buffer, wanted);
+    if (count == 0) break;
+    for (size_t i = 0; i < count; ++i) {
+      const auto byte = static_cast<unsigned char>(buffer[i]);
+      if ((byte & 0xC0) != 0x80) length += byte >= 0xF0 && unit_ == 2 ? 4 : unit_;
+    }
+    from += count;
+  }
+  return length;
+}
+
 uint64_t UnicodeInput::filePosition(uint64_t position) {
   if (unit_ == 1) return position;
-  if (position < last_.text || position - last_.text > kIndexStep) {
+  const uint64_t distance = position < last_.text ? last_.text - position : position - last_.text;
+  if (distance > kIndexStep) {
     const auto behind =
         std::upper_bound(index_.begin(), index_.end(), position,
                          [](uint64_t text, const Pair &pair) { return text < pair.text; });
     last_ = behind == index_.begin() ? Pair{0, mark_} : *std::prev(behind);
   }
-  char buffer[4096];
-  while (last_.text < position) {
-    const auto wanted =
-        static_cast<size_t>(std::min<uint64_t>(sizeof buffer, position - last_.text));
-    const size_t count = text_.readAt(last_.text, buffer, wanted);
-    if (count == 0) break;
-    for (size_t i = 0; i < count; ++i) {
-      const auto byte = static_cast<unsigned char>(buffer[i]);
-      if ((byte & 0xC0) == 0x80) continue;
-      last_.file += byte >= 0xF0 && unit_ == 2 ? 4 : unit_;
-    }
-    last_.text += count;
-  }
+  last_.file = position < last_.text ? last_.file - fileLength(position, last_.text)
+                                     : last_.file + fileLength(last_.text, position);
+  last_.text = position;
   return last_.file;
 }
 

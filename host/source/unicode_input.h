@@ -24,11 +24,12 @@ class UnicodeInput {
   // The text: the file itself, or what was made of it.
   VcardIo *io() { return unit_ > 1 ? static_cast<VcardIo *>(&io_) : file_; }
 
-  // Where a position of the text lies in the file.
+  // Where a position of the text lies in the file. It costs least near the one asked for last.
   uint64_t filePosition(uint64_t position);
 
  private:
   void convert(bool bigEndian, const FaultSink &faults);
+  uint64_t fileLength(uint64_t from, uint64_t to) const;
 
   VcardIo *file_;
   uint64_t unit_ = 1;  // bytes of a code unit

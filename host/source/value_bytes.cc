@@ -7,6 +7,8 @@ namespace {
 
 constexpr size_t kPiece = 1024;  // about as much is decoded at a time
 
+bool isBlank(int c) { return c == ' ' || c == '\t'; }
+
 int hexDigit(int c) {
   if ('0' <= c && c <= '9') return c - '0';
   if ('A' <= c && c <= 'F') return c - 'A' + 10;
@@ -73,9 +75,12 @@ std::string_view ValueBytes::nextQuotedPrintable() {
   return decoded_;
 }
 
-// What stands behind "=": two digits, or the line end of a soft break. Anything else is text.
+// What stands behind "=": two digits, or the line end of a soft break, where some writers put
+// blanks in front. Anything else is text.
 void ValueBytes::takeEscape() {
-  int c = source_->peek();
+  const Place behind = source_->place();
+  while (isBlank(source_->peek())) source_->skip(1);
+  const int c = source_->peek();
   if (c == '\r' || c == '\n') {
     // Some writers end their lines with two CRs and an LF.
     while (source_->peek() == '\r') source_->takeLineEnd();
@@ -83,7 +88,8 @@ void ValueBytes::takeEscape() {
     return;
   }
   const int high = hexDigit(c);
-  if (high < 0) {
+  if (high < 0 || source_->place().position != behind.position) {
+    source_->moveTo(behind);
     decoded_ += '=';
     return;
   }

@@ -28,6 +28,10 @@ bool isCalendarPart(std::string_view name) {
 
 }  // namespace
 
+ViewBuilder::Input::Input(VcardIo *io, bool countLines, ViewText *view, LineNotes *notes,
+                          const FaultSink *faults)
+    : source(io, kNoEnd, countLines), lines(&source), properties(&source, view, notes, faults) {}
+
 ViewBuilder::ViewBuilder(UnicodeInput *input, SpoolFile *text, LineNotes *notes,
                          SpoolFile *documents, const FaultSink *faults)
     : unicode_(*input),
@@ -36,8 +40,8 @@ ViewBuilder::ViewBuilder(UnicodeInput *input, SpoolFile *text, LineNotes *notes,
       documents_(*documents),
       faults_(faults),
       agentsIo_(&agents_, 0, kNoEnd),
-      file_(input->io(), kNoEnd, &view_, notes, faults),
-      agentsInput_(&agentsIo_, kNoEnd, &view_, notes, faults) {
+      file_(input->io(), true, &view_, notes, faults),
+      agentsInput_(&agentsIo_, false, &view_, notes, faults) {
   const auto guess = [this]() -> const std::string & { return guessedCharset(); };
   file_.file = {unicode_.marked(), [this](uint64_t at) { return unicode_.filePosition(at); },
                 guess};
@@ -60,7 +64,7 @@ void ViewBuilder::build() {
       if (name == "VCARD" || isCalendarPart(name)) {
         reportOutside();
         calendarVersion_.clear();
-        buildComponent(begin, 0);
+        buildComponent(begin, kNoEnd, 0);
         continue;
       }
     } else if (line.colon) {
@@ -82,7 +86,7 @@ void ViewBuilder::reportOutside() {
 void ViewBuilder::buildCalendar(const Place &begin) {
   ByteSource &source = file_.source;
   const Place body = source.place();
-  calendarVersion_ = versionOfCalendar();
+  calendarVersion_ = versionOf(&file_, "VCALENDAR");
   const auto number = static_cast<uint32_t>(notes_.sectionCount() + 1);
   const VersionRules rules = rulesOf(calendarVersion_, true);
   file_.lines.setFoldRule(rules.fold);
@@ -90,7 +94,7 @@ void ViewBuilder::buildCalendar(const Place &begin) {
   section_.component = "VCALENDAR";
   section_.version = calendarVersion_;
   openSection(VcardFormatVcalendar);
-  file_.properties.beginSection(VcardFormatVcalendar, rules, &file_.file, false, &section_);
+  file_.properties.beginSection(VcardFormatVcalendar, rules, &file_.file, &section_);
 
   ComponentLines lines(&source, &file_.lines, "VCALENDAR", begin.line, faults_);
   ContentLine line;
@@ -113,7 +117,7 @@ void ViewBuilder::buildCalendar(const Place &begin) {
     if (!line.colon) continue;
     const Place start = line.start;
     if (equalsNoCase(line.name, "BEGIN")) {
-      if (!takeComponentName(&source).empty()) buildComponent(start, number);
+      if (!takeComponentName(&source).empty()) buildComponent(start, behind.position, number);
     } else {
       ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
     }
@@ -121,67 +125,42 @@ void ViewBuilder::buildCalendar(const Place &begin) {
   source.moveTo(behind);
 }
 
-// The version is told among the calendar's first lines; the source goes back to where it stood.
-std::string ViewBuilder::versionOfCalendar() {
-  ByteSource &source = file_.source;
-  const Place here = source.place();
-  std::string version;
-  ContentLine line;
-  while (version.empty() && file_.lines.next(&line)) {
-    if (!line.colon) continue;
-    if (equalsNoCase(line.name, "BEGIN") || equalsNoCase(line.name, "END")) break;
-    ValueBytes value(&source, transferOf(line.parameters), FoldRule::DropsBlank);
-    const bool wanted = equalsNoCase(line.name, "VERSION");
-    if (wanted) version = value.next().substr(0, 32);
-    value.skip();
-  }
-  source.moveTo(here);
-  return version;
-}
-
-// Writes a component and all that is nested in it, and goes on behind it.
-void ViewBuilder::buildComponent(const Place &begin, uint32_t partOf) {
-  queue_.assign(1, {&file_, begin, kNoEnd, partOf, 0, std::nullopt});
+// Writes a component and all that is nested in it, and goes on behind it; all of it lies before
+// `end`.
+void ViewBuilder::buildComponent(const Place &begin, uint64_t end, uint32_t partOf) {
+  queue_.assign(1, {&file_, begin, end, partOf, 0, std::nullopt});
   std::optional<Place> behind;
   while (!queue_.empty()) {
     const Component component = queue_.front();
     queue_.pop_front();
     nested_.clear();
-    const Place end = buildSection(component);
+    const Place sectionEnd = buildSection(component);
     queue_.insert(queue_.begin(), nested_.begin(), nested_.end());
-    if (!behind) behind = end;
+    if (!behind) behind = sectionEnd;
   }
-  file_.source.setEnd(kNoEnd);
-  file_.source.moveTo(*behind);
+  file_.source.moveTo(*behind, kNoEnd);
 }
 
 // Writes one section; answers the place behind it.
 Place ViewBuilder::buildSection(const Component &component) {
   Input &input = *component.input;
-  input.source.setEnd(component.end);
-  input.source.moveTo(component.begin);
+  input.source.moveTo(component.begin, component.end);
   ContentLine line;
   if (!input.lines.next(&line)) return input.source.place();
   const std::string name = takeComponentName(&input.source);
   const bool isCard = name == "VCARD";
   const int16_t format = isCard ? VcardFormatVcard : VcardFormatVcalendar;
 
-  Survey found;
-  if (isCard) {
-    found = survey(&input, name);
-  } else {
-    found.version = calendarVersion_;
-    found.hasName = true;
-  }
-  const VersionRules rules = rulesOf(found.version, !isCard);
+  const std::string version = isCard ? versionOf(&input, name) : calendarVersion_;
+  const VersionRules rules = rulesOf(version, !isCard);
   input.lines.setFoldRule(rules.fold);
 
   section_ = SectionNote();
   section_.component = name;
-  section_.version = found.version;
+  section_.version = version;
   section_.partOf = component.partOf;
   openSection(format);
-  input.properties.beginSection(format, rules, &input.file, !found.hasName, &section_);
+  input.properties.beginSection(format, rules, &input.file, &section_);
   const auto number = static_cast<uint32_t>(notes_.sectionCount() + 1);
 
   ComponentLines lines(&input.source, &input.lines, name, component.begin.line, faults_);
@@ -225,32 +204,31 @@ std::optional<Extent> ViewBuilder::extentOf(const Component &component, uint64_t
   return Extent{offset, unicode_.filePosition(end) - offset};
 }
 
-// What must be known of a card before its first line is written. The source goes back to where it
-// stood.
-ViewBuilder::Survey ViewBuilder::survey(Input *input, const std::string &name) {
+// The version must be known before the first line is written. A calendar tells it before its
+// components, a card anywhere. The source goes back to where it stood.
+std::string ViewBuilder::versionOf(Input *input, const std::string &name) {
+  constexpr size_t longest = 32;
   const Place here = input->source.place();
-  Survey found;
-  bool hasVersion = false;
   ComponentLines lines(&input->source, &input->lines, name, 0, nullptr);
   ContentLine line;
-  while (!hasVersion || !found.hasName) {
+  std::string version;
+  for (bool found = false; !found;) {
     const ComponentLines::Item item = lines.next(&line);
     if (item == ComponentLines::Item::End) break;
-    if (item == ComponentLines::Item::Nested) continue;
-    ValueBytes value(&input->source, transferOf(line.parameters), FoldRule::DropsBlank);
-    if (equalsNoCase(line.name, "VERSION") && !hasVersion) {
-      hasVersion = true;
-      std::string_view text = value.next().substr(0, 32);
-      text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-      found.version = text.substr(0, text.find_last_not_of(" \t") + 1);
-    } else if (equalsNoCase(line.name, "FN")) {
-      found.hasName =
-          found.hasName || value.next().find_first_not_of(" \t") != std::string_view::npos;
+    if (item == ComponentLines::Item::Nested) {
+      if (name == "VCALENDAR") break;
+      continue;
     }
-    value.skip();
+    found = equalsNoCase(line.name, "VERSION");
+    ValueBytes value(&input->source, transferOf(line.parameters), FoldRule::DropsBlank);
+    for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
+      if (found) version.append(piece, 0, longest - version.size());
+    }
   }
   input->source.moveTo(here);
-  return found;
+  version.erase(0, std::min(version.find_first_not_of(" \t"), version.size()));
+  version.erase(version.find_last_not_of(" \t") + 1);
+  return asUtf8(version);
 }
 
 void ViewBuilder::openSection(int16_t format) {
@@ -295,8 +273,8 @@ const std::string &ViewBuilder::guessedCharset() {
     if (transfer != Transfer::Base64 && !valueOf(parameters, "CHARSET")) {
       text.clear();
       for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
-        text += piece;
-        if (text.size() > sample) break;
+        text.append(piece, 0, sample - text.size());
+        if (text.size() == sample) break;
       }
       size_t open;
       if (!isUtf8(text, &open)) guess.put(text);

@@ -34,10 +34,10 @@ class ViewBuilder {
   void build();
 
  private:
-  // An input with what reads it: the file, or the cards that stood in it as escaped text.
+  // An input with what reads it: the file, or the cards that stood in it as escaped text, each in a
+  // line of the file.
   struct Input {
-    Input(VcardIo *io, uint64_t end, ViewText *view, LineNotes *notes, const FaultSink *faults)
-        : source(io, end), lines(&source), properties(&source, view, notes, faults) {}
+    Input(VcardIo *io, bool countLines, ViewText *view, LineNotes *notes, const FaultSink *faults);
     ByteSource source;
     ContentLines lines;
     PropertyView properties;
@@ -54,19 +54,13 @@ class ViewBuilder {
     std::optional<Extent> extent;  // where it isn't part of the file as it stands
   };
 
-  struct Survey {
-    std::string version;
-    bool hasName = false;
-  };
-
   void fault(uint64_t line, const std::string &text) const { (*faults_)(line, text); }
   void reportOutside();
   void buildCalendar(const Place &begin);
-  void buildComponent(const Place &begin, uint32_t partOf);
+  void buildComponent(const Place &begin, uint64_t end, uint32_t partOf);
   Place buildSection(const Component &component);
   void addNested(const Component &component);
-  Survey survey(Input *input, const std::string &name);
-  std::string versionOfCalendar();
+  std::string versionOf(Input *input, const std::string &name);
   std::optional<Extent> extentOf(const Component &component, uint64_t end);
   const std::string &guessedCharset();
 

@@ -113,7 +113,10 @@ struct VcardData {
   uint32_t StyleLabel, StyleSubLabel, StylePlain;
   uint32_t StyleListPara, StyleBodyPara;
   uint32_t StyleHeading[4];
-  uint8_t StreamReserved[132];
+  // What the line has set that is forgotten behind it; most lines set neither.
+  uint8_t HasNamedParameters;
+  uint8_t HasFields;
+  uint8_t StreamReserved[130];
 
   // Routine region.
   SoRoutine Routine[kRoutineCount];

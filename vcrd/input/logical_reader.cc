@@ -2,8 +2,6 @@
 
 namespace {
 
-bool IsWhite(uint8_t c) { return c == kCr || c == kLf || c == kSpace || c == kTab; }
-
 // Called just behind a CR or LF that stands at `out`. Answers 1 when the logical line has ended,
 // with the first byte of the next line pushed back and `out` as it was; 0 when it goes on behind a
 // fold, with the next character at `out`. That character isn't examined: it can be a line end
@@ -55,17 +53,6 @@ int32_t TakeEscape(uint8_t *out, int32_t result, VcardStream *stream) {
   }
 }
 
-// Behind a fold in the buffer that begins with the CR or LF at `p`, with the character that it
-// delivers; null for all else. Where that character is a CR, a fold begun by LF can be two.
-const uint8_t *BehindFold(const uint8_t *p, const uint8_t *end) {
-  if (end - p < 4) return nullptr;
-  const bool crLf = p[0] == kCr && p[1] == kLf;
-  const uint8_t *white = p + (crLf ? 2 : 1);
-  if (*white != kSpace && *white != kTab) return nullptr;
-  if (p[0] == kLf && white[1] == kCr) return nullptr;
-  return white + 2;
-}
-
 }  // namespace
 
 int32_t VcardGetSpecialChar(uint8_t *out, VcardData *data) {
@@ -90,12 +77,12 @@ int32_t VcardGetSpecialChar(uint8_t *out, VcardData *data) {
 uint8_t VcardSkipSpace(VcardData *data) {
   if (data->HasPushback == 1) {
     data->HasPushback = 0;
-    if (!IsWhite(data->PushbackChar)) return data->PushbackChar;
+    if (!VcardIsWhite(data->PushbackChar)) return data->PushbackChar;
   }
   uint8_t c;
   do {
     c = static_cast<uint8_t>(VcardStreamGetByte(data->Stream));
-  } while (IsWhite(c));
+  } while (VcardIsWhite(c));
   return c;
 }
 
@@ -103,14 +90,19 @@ void VcardSkipLine(VcardData *data) {
   VcardStream *stream = data->Stream;
   uint8_t c;
   do {
-    if (data->HasPushback != 0) continue;
-    // An escape can't hide a line end, so the search needs no look at backslashes.
-    const VcardStretch stretch = VcardStreamStretch(stream);
-    const uint8_t *p = FindLineEnd(stretch.Begin, stretch.End);
-    while (const uint8_t *behind = BehindFold(p, stretch.End)) {
-      // The byte that version 1 pushes back behind a fold: it stays in the saved state.
-      if (data->Version == 1) data->PushbackChar = behind[-1];
-      p = FindLineEnd(behind, stretch.End);
+    if (data->HasPushback != 0 || stream->Remaining <= 0) continue;
+    // The fast way, from line end to line end in the buffer. An escape can't hide one, so the
+    // search needs no look at backslashes.
+    const VcardStretch rest = VcardStreamStretch(stream);
+    const uint8_t *p = FindLineEnd(rest.Begin);
+    for (;;) {
+      const VcardLineEndAt lineEnd = VcardLookAtLineEnd(p, rest.End, data);
+      if (lineEnd.Kind == VcardLineEnd::End) {
+        VcardTakeLineEnd(lineEnd.Next, data);
+        return;
+      }
+      if (lineEnd.Kind == VcardLineEnd::Unknown) break;
+      p = FindLineEnd(lineEnd.Next);
     }
     VcardStreamTake(stream, p);
   } while (VcardGetChar(&c, data) == 0);

@@ -5,15 +5,18 @@
 // line has ended, and the byte that was read to find that out is pushed back: it is the next
 // character, delivered without any handling. From version 2 on a backslash escapes a comma, a
 // semicolon, a backslash and the letter n.
+//
+// VcardGetChar is the slow way, which knows all of this. The fast ways, wherever they are, pass
+// over stretches of the buffer at once and stop in front of what they don't take; they ask the
+// functions below how a line goes on in the buffer.
 
 #ifndef PX_VCRD_INPUT_LOGICAL_READER_H
 #define PX_VCRD_INPUT_LOGICAL_READER_H
 
-#include <algorithm>
 #include <cstdint>
 
 #include "vcrd/frame/vcard_data.h"
-#include "vcrd/input/byte_set.h"
+#include "vcrd/input/byte_search.h"
 #include "vcrd/input/stream.h"
 
 enum : uint8_t {
@@ -24,6 +27,10 @@ enum : uint8_t {
   kBackslash = 0x5C,
   kEnd = 0xFF  // what the end of the input reads as, and a real byte 0xFF too
 };
+
+inline bool VcardIsWhite(uint8_t c) {
+  return c <= kSpace && (c == kCr || c == kLf || c == kSpace || c == kTab);
+}
 
 // VcardGetChar for the bytes that need care.
 int32_t VcardGetSpecialChar(uint8_t *out, VcardData *data);
@@ -49,28 +56,40 @@ inline int32_t VcardGetChar(uint8_t *out, VcardData *data) {
 // the end of the input.
 uint8_t VcardSkipSpace(VcardData *data);
 
-// The bytes ahead that VcardGetChar would deliver as they stand, up to the first one in `stop`,
-// which must hold at least CR, LF and the backslash. Empty while a byte is pushed back.
-inline VcardStretch VcardPlainRun(const ByteSet &stop, const VcardData *data) {
-  const VcardStretch stretch = VcardStreamStretch(data->Stream);
-  if (data->HasPushback != 0) return {stretch.Begin, stretch.Begin};
-  return {stretch.Begin, FindByteOf(stop, stretch.Begin, stretch.End)};
+// How a line goes on behind a line end that stands in the buffer.
+enum class VcardLineEnd {
+  Fold,    // `Next` is the next byte of the line, of version 1 the white one
+  End,     // `Next` is the first byte of the next line
+  Unknown  // for VcardGetChar: a run of line ends, or one at the buffer's end
+};
+struct VcardLineEndAt {
+  VcardLineEnd Kind;
+  const uint8_t *Next;
+};
+
+// Looks at the CR or LF at `p`, which can be the reader's own at `end`: that one makes a line end
+// which reaches the buffer's end look like a run of them. Where the answer isn't Unknown,
+// `PushbackChar` is the byte that VcardGetChar would have pushed back: it stays in the saved state.
+inline VcardLineEndAt VcardLookAtLineEnd(const uint8_t *p, const uint8_t *end, VcardData *data) {
+  const uint8_t *const behind = p + (p[0] == kCr && p[1] == kLf ? 2 : 1);
+  if (p == end) return {VcardLineEnd::Unknown, p};
+  if (!VcardIsWhite(*behind)) {
+    data->PushbackChar = *behind;
+    return {VcardLineEnd::End, behind};
+  }
+  const uint8_t next = behind[1];
+  if (*behind == kCr || *behind == kLf || next == kCr || next == kLf) {
+    return {VcardLineEnd::Unknown, p};
+  }
+  if (data->Version != 1) return {VcardLineEnd::Fold, behind + 1};
+  data->PushbackChar = next;
+  return {VcardLineEnd::Fold, behind};
 }
 
-// Moves the plain run to `to`, of which there is room for `room` bytes; the rest of it is dropped.
-// Answers how many were stored. For runs of a few bytes this is faster than a search and a copy.
-inline size_t VcardMovePlainRun(const ByteSet &stop, char *to, size_t room, VcardData *data) {
-  if (data->HasPushback != 0) return 0;
-  const VcardStretch stretch = VcardStreamStretch(data->Stream);
-  const size_t most = std::min(room, static_cast<size_t>(stretch.End - stretch.Begin));
-  size_t stored = 0;
-  for (; stored < most && stop.Has[stretch.Begin[stored]] == 0; ++stored) {
-    to[stored] = static_cast<char>(stretch.Begin[stored]);
-  }
-  const uint8_t *p = stretch.Begin + stored;
-  if (stored == room) p = FindByteOf(stop, p, stretch.End);
-  VcardStreamTake(data->Stream, p);
-  return stored;
+// Takes the bytes up to the first of the next line, which is pushed back.
+inline void VcardTakeLineEnd(const uint8_t *next, VcardData *data) {
+  VcardStreamTake(data->Stream, next + 1);
+  data->HasPushback = 1;
 }
 
 // Consumes the rest of the logical line.

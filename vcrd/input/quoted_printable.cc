@@ -34,6 +34,6 @@ int32_t VcardDecodeQpSlowly(uint8_t *out, VcardStream *stream, int16_t *atEof) {
     first = GetByte(stream);  // a further escape; a line end here is a bad digit, not a soft break
   }
   const uint8_t second = GetByte(stream);
-  *out = static_cast<uint8_t>(VcardNibble(first) << 4 | VcardNibble(second));
+  *out = VcardJoinNibbles(first, second);
   return 0;
 }

@@ -1,6 +1,7 @@
 #ifndef PX_VCRD_INPUT_QUOTED_PRINTABLE_H
 #define PX_VCRD_INPUT_QUOTED_PRINTABLE_H
 
+#include <array>
 #include <cstdint>
 
 #include "vcrd/input/stream.h"
@@ -8,11 +9,17 @@
 // VcardDecodeQp where the two digits don't stand in the buffer.
 int32_t VcardDecodeQpSlowly(uint8_t *out, VcardStream *stream, int16_t *atEof);
 
-// The value of a hex digit in either case; a bad digit counts as 15.
-constexpr uint8_t VcardNibble(uint8_t digit) {
-  if (digit >= '0' && digit <= '9') return static_cast<uint8_t>(digit - '0');
-  const auto letter = static_cast<uint8_t>((digit | 0x20) - 'a');
-  return letter < 6 ? static_cast<uint8_t>(letter + 10) : 15;
+// The value of each hex digit, in either case; a bad digit counts as 15.
+inline constexpr std::array<uint8_t, 256> kNibbles = [] {
+  std::array<uint8_t, 256> nibbles;
+  nibbles.fill(15);
+  for (uint8_t i = 0; i < 10; ++i) nibbles['0' + i] = i;
+  for (uint8_t i = 0; i < 6; ++i)
+    nibbles['A' + i] = nibbles['a' + i] = static_cast<uint8_t>(10 + i);
+  return nibbles;
+}();
+inline uint8_t VcardJoinNibbles(uint8_t first, uint8_t second) {
+  return static_cast<uint8_t>(kNibbles[first] << 4 | kNibbles[second]);
 }
 
 // Decodes what follows an equals sign, which the caller has just taken, and stores one byte at
@@ -22,7 +29,7 @@ constexpr uint8_t VcardNibble(uint8_t digit) {
 // answers 0.
 inline int32_t VcardDecodeQp(uint8_t *out, VcardStream *stream, int16_t *atEof) {
   if (stream->Remaining >= 2 && stream->Ptr[0] != '\r' && stream->Ptr[0] != '\n') [[likely]] {
-    *out = static_cast<uint8_t>(VcardNibble(stream->Ptr[0]) << 4 | VcardNibble(stream->Ptr[1]));
+    *out = VcardJoinNibbles(stream->Ptr[0], stream->Ptr[1]);
     VcardStreamTake(stream, stream->Ptr + 2);
     return 0;
   }

@@ -20,12 +20,17 @@ uint64_t BufferSize() {
   return uint64_t{value[0]} * 1024;
 }
 
+// Puts the CR behind the bytes that were read.
+void EndBuffer(VcardStream *stream) {
+  stream->Buffer[stream->Ptr - stream->Buffer + stream->Remaining] = '\r';
+}
+
 VcardStream *NewStream(VcardIo *io) {
   const uint64_t size = BufferSize();
   if (size > INT32_MAX) return nullptr;  // more than Remaining can count
   auto *stream = static_cast<VcardStream *>(std::calloc(1, sizeof(VcardStream)));
   if (stream == nullptr) return nullptr;
-  stream->Buffer = static_cast<uint8_t *>(std::calloc(1, size));
+  stream->Buffer = static_cast<uint8_t *>(std::calloc(1, size + kBufferPadding));
   if (stream->Buffer == nullptr) {
     std::free(stream);
     return nullptr;
@@ -33,6 +38,7 @@ VcardStream *NewStream(VcardIo *io) {
   stream->Ptr = stream->Buffer;
   stream->Io = io;
   stream->Size = static_cast<uint32_t>(size);
+  EndBuffer(stream);
   return stream;
 }
 
@@ -72,12 +78,9 @@ int32_t VcardStreamFill(VcardStream *stream) {
   const int64_t room = kInputEnd - stream->Base;
   if (stream->Count > room) stream->Count = static_cast<uint32_t>(room);
   stream->Ptr = stream->Buffer + 1;
-  if (stream->Count == 0) {
-    stream->Remaining = 0;
-    return -1;
-  }
-  stream->Remaining = static_cast<int32_t>(stream->Count - 1);
-  return stream->Buffer[0];
+  stream->Remaining = stream->Count == 0 ? 0 : static_cast<int32_t>(stream->Count - 1);
+  EndBuffer(stream);
+  return stream->Count == 0 ? -1 : stream->Buffer[0];
 }
 
 int32_t VcardStreamSeek(VcardStream *stream, uint32_t position) {
@@ -89,6 +92,7 @@ int32_t VcardStreamSeek(VcardStream *stream, uint32_t position) {
   }
   stream->Remaining = 0;
   stream->Count = 0;
+  EndBuffer(stream);
   const int32_t failed = stream->Io->Seek(stream->Io, 0, position);
   stream->Base = wanted;
   return failed == 0 ? 0 : -1;

@@ -1,8 +1,12 @@
 // The buffered reader over the host's I/O object.
 //
 //   Buffer              Ptr                 Buffer + Count      Buffer + Size
-//   |---- taken --------|---- Remaining ----|---- unused -------|
+//   |---- taken --------|---- Remaining ----|CR|--- unused -----|--- padding ---|
 //   Base                Base + Count - Remaining
+//
+// Behind the bytes that were read stands a CR of the reader's own, which ends every search, and the
+// padding keeps what a search reads behind it inside the buffer. So searches need no look at the
+// end: they go on until they find something, and see whether it stands before the end.
 //
 // The raw read takes every byte of the input as it is. Its end is told by the answer -1; callers
 // that keep only 8 bits see the byte 255 there, like a real byte 0xFF. The reader has no end state:
@@ -12,6 +16,7 @@
 #ifndef PX_VCRD_INPUT_STREAM_H
 #define PX_VCRD_INPUT_STREAM_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "px/vcrd.h"
@@ -47,16 +52,20 @@ inline uint32_t VcardStreamPosition(const VcardStream *stream) {
 // A pending pushback isn't touched.
 int32_t VcardStreamSeek(VcardStream *stream, uint32_t position);
 
-// The bytes of the buffer that were not yet taken.
+// What a search may read behind Buffer + Size, the CR included.
+inline constexpr size_t kBufferPadding = 64;
+
+// The bytes of the buffer that were not yet taken. A CR stands at `End`.
 struct VcardStretch {
   const uint8_t *Begin;
   const uint8_t *End;
 };
 inline VcardStretch VcardStreamStretch(const VcardStream *stream) {
-  return {stream->Ptr, stream->Remaining > 0 ? stream->Ptr + stream->Remaining : stream->Ptr};
+  return {stream->Ptr, stream->Ptr + stream->Remaining};
 }
 
-// Takes the bytes of the buffer before `to`, which lies in the stretch or at its end.
+// Takes the bytes of the buffer before `to`, which lies in the stretch or at its end; or gives back
+// the last ones that were taken.
 inline void VcardStreamTake(VcardStream *stream, const uint8_t *to) {
   stream->Remaining -= static_cast<int32_t>(to - stream->Ptr);
   stream->Ptr = to;

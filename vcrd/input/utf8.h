@@ -1,6 +1,7 @@
 #ifndef PX_VCRD_INPUT_UTF8_H
 #define PX_VCRD_INPUT_UTF8_H
 
+#include <bit>
 #include <cstdint>
 
 #include "vcrd/frame/vcard_data.h"
@@ -8,11 +9,7 @@
 
 // How many bits are set above the first zero bit: 0 for ASCII, 1 for a continuation byte, otherwise
 // the length of the form that the byte begins.
-constexpr int VcardLeadingOnes(uint8_t byte) {
-  int ones = 0;
-  while (ones < 8 && (byte & (0x80 >> ones)) != 0) ++ones;
-  return ones;
-}
+constexpr int VcardLeadingOnes(uint8_t byte) { return std::countl_one(byte); }
 
 // The code of a two- or three-byte form. The top bits of the bytes behind the lead aren't looked
 // at: whatever stands there gives its low six bits.

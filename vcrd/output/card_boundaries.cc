@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr ByteSet kBeginOrEnd = {'B', 'b', kEnd};
-
 // Whether the next five bytes end the word of which `first` has been taken. They are read without
 // a test for the end of the input.
 bool ReadsBegin(uint8_t first, VcardStream *stream) {
@@ -30,9 +28,11 @@ bool IsWord(const VcardText &text, const char *word) {
 
 void VcardFindNextCard(VcardData *data) {
   VcardStream *stream = data->Stream;
+  const auto canBegin = [](ByteVector b) {
+    return IsByte(b | uint8_t{0x20}, 'b') | ByteVector(b == 0xFF) | IsByte(b, '\r');
+  };
   for (;;) {
-    const VcardStretch stretch = VcardStreamStretch(stream);
-    VcardStreamTake(stream, FindByteOf(kBeginOrEnd, stretch.Begin, stretch.End));
+    VcardStreamTake(stream, FindByte(canBegin, stream->Ptr));
     const auto c = static_cast<uint8_t>(VcardStreamGetByte(stream));
     if (c == kEnd) {  // a real byte 0xFF ends the search too
       data->AtEof = 1;

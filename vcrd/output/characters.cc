@@ -1,19 +1,9 @@
 #include "vcrd/output/characters.h"
 
-#include "vcrd/input/byte_set.h"
+#include "vcrd/input/byte_search.h"
 #include "vcrd/input/utf8.h"
 
 namespace {
-
-// What ends a run of bytes that go to the host as they are, without and with decoding of UTF-8.
-constexpr ByteSet kSpecial = {'\0', '\t', '\n'};
-constexpr ByteSet kSpecialUtf8 = kSpecial.With(0x80, 0xFF);
-
-// Behind the run at `text`; its NUL ends it in any case.
-const char *EndOfRun(const char *text, const ByteSet &stop) {
-  while (stop.Has[static_cast<uint8_t>(*text)] == 0) ++text;
-  return text;
-}
 
 // The code of the UTF-8 form at `text`, which begins with a byte above 127; moves behind the form.
 // The rules are those of the stream's decoder. A form that the NUL cuts short is one unknown
@@ -38,31 +28,33 @@ bool IsCharset(const VcardData *data, const char (&name)[Size]) {
 }  // namespace
 
 int32_t VcardCharsetId(const VcardData *data) {
+  if (data->Charset[0] == '\0') return SoCharsetDefault;
   if (IsCharset(data, "utf-8")) return SoCharsetUtf8;
   if (IsCharset(data, "windows-1251")) return SoCharsetWindows1251;
   return SoCharsetDefault;
 }
 
-void VcardPutString(const char *text, int16_t trailingBreak, const VcardData *data) {
+void VcardPutPaddedString(const char *text, int16_t trailingBreak, const VcardData *data) {
   const int32_t set = VcardCharsetId(data);
   SoSetCharset(static_cast<uint32_t>(set), data);
-  const ByteSet &stop = set == SoCharsetUtf8 ? kSpecialUtf8 : kSpecial;
+  const bool utf8 = set == SoCharsetUtf8;
   for (;;) {
-    const char *const end = EndOfRun(text, stop);
-    VcardEmitRun(reinterpret_cast<const uint8_t *>(text), reinterpret_cast<const uint8_t *>(end),
-                 data);
-    text = end;
+    // Control characters end a run, though most of them go to the host like others.
+    const auto *const begin = reinterpret_cast<const uint8_t *>(text);
+    const uint8_t *const end = utf8 ? FindByte(IsControlOrHigh, begin) : FindByte(IsControl, begin);
+    VcardEmitRun(begin, end, data);
+    text = reinterpret_cast<const char *>(end);
     if (*text == '\0') break;
     if (*text == '\n') {
       VcardPutLineBreak(data);
       SoEmitSpecial(SoSpecialTab, data);
       SoEmitSpecial(SoSpecialTab, data);
       ++text;
-    } else if (*text == '\t') {
-      SoEmitSpecial(SoSpecialTab, data);
-      ++text;
-    } else {
+    } else if (*end > 127) {
       VcardPutChar(TakeUtf8(&text), data);
+    } else {
+      VcardPutChar(*end, data);
+      ++text;
     }
   }
   VcardRestoreCharset(set, data);

@@ -32,8 +32,16 @@ inline void VcardRestoreCharset(int32_t set, const VcardData *data) {
   if (set != SoCharsetDefault) SoSetCharset(SoCharsetDefault, data);
 }
 
-// The whole string, and a line break behind it when `trailingBreak` is 1. A newline in it goes on
-// at the two-tab indent of a listed value.
-void VcardPutString(const char *text, int16_t trailingBreak, const VcardData *data);
+// A short string that isn't a field of the record, for VcardPutString.
+using VcardLiteral = char[32];
+
+// The string in a field or a literal, and a line break behind it when `trailingBreak` is 1. A
+// newline in it goes on at the two-tab indent of a listed value.
+void VcardPutPaddedString(const char *text, int16_t trailingBreak, const VcardData *data);
+template <size_t Size>
+inline void VcardPutString(const char (&text)[Size], int16_t trailingBreak, const VcardData *data) {
+  static_assert(Size == sizeof(VcardText) || Size == sizeof(VcardLiteral));
+  VcardPutPaddedString(text, trailingBreak, data);
+}
 
 #endif

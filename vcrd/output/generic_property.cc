@@ -6,14 +6,17 @@
 
 namespace {
 
+constexpr VcardLiteral kParametersBegin = " ( ";
+constexpr VcardLiteral kParametersEnd = " )";
+
 // Reads the parameters once more, up to the colon. Where ParmPos is left from an earlier line that
 // had no colon, these are that line's, and the value that follows is the text behind them.
 void PutParameters(VcardData *data) {
-  VcardPutString(" ( ", 0, data);
+  VcardPutString(kParametersBegin, 0, data);
   VcardStreamSeek(data->Stream, data->ParmPos);
   uint8_t c;
   while (VcardGetChar(&c, data) == 0 && c != ':') VcardPutChar(c, data);
-  VcardPutString(" )", 0, data);
+  VcardPutString(kParametersEnd, 0, data);
 }
 
 }  // namespace

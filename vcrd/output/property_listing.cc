@@ -39,7 +39,7 @@ void Head(uint32_t paragraphStyle, uint32_t label, VcardData *data) {
 
 void Value(VcardData *data) { VcardPutValueBy(data->Encoding, data); }
 
-void Row(uint32_t label, const char *text, VcardData *data) {
+void Row(uint32_t label, const VcardText &text, VcardData *data) {
   SoUseStyle(data->StyleSubLabel, data);
   SoEmitSpecial(SoSpecialTab, data);
   SoEmitResourceString(label, data);
@@ -177,7 +177,8 @@ void AlarmForm(const ListingRow &row, VcardData *data) {
 void AttendeeForm(const ListingRow &row, VcardData *data) {
   Head(data->StyleListPara, row.Label, data);
   Value(data);
-  VcardPutString("", 1, data);
+  static constexpr VcardLiteral kNothing = "";
+  VcardPutString(kNothing, 1, data);
   const VcardText *parameters[] = {&data->Role, &data->Status, &data->Rsvp, &data->Expect};
   for (size_t i = 0; i < row.FieldLabels.size(); ++i) {
     if ((*parameters[i])[0] != '\0') Row(row.FieldLabels[i], *parameters[i], data);

@@ -69,8 +69,11 @@ void PutOrganisation(VcardData *data) {
   VcardEndParagraph(data);
 }
 
+constexpr VcardLiteral kComma = ", ";
+constexpr VcardLiteral kBlanks = "   ";
+
 // A field that shares its line with the next one, when there is a next one.
-void PutFieldBefore(const VcardText &value, const char *separator, const VcardText &next,
+void PutFieldBefore(const VcardText &value, const VcardLiteral &separator, const VcardText &next,
                     VcardData *data) {
   if (value[0] == '\0') return;
   if (next[0] == '\0') {
@@ -87,8 +90,8 @@ void PutAddressFields(VcardData *data) {
   PutFieldLine(postBox, data);
   PutFieldLine(extended, data);
   PutFieldLine(street, data);
-  PutFieldBefore(locality, ", ", region, data);
-  PutFieldBefore(region, "   ", postalCode, data);
+  PutFieldBefore(locality, kComma, region, data);
+  PutFieldBefore(region, kBlanks, postalCode, data);
   PutFieldLine(postalCode, data);
   PutFieldLine(country, data);
 }

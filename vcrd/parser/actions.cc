@@ -1,21 +1,40 @@
-// The parser's actions for groups and names. Those for parameters stand in parameters.cc; what is
-// done with a complete head, in the output.
+// The parser's actions for groups and names, and all actions as the state tables take them. Those
+// for parameters are done in parameters.cc; what is done with a complete head, in the output.
 
-#include "vcrd/frame/vcard_data.h"
+#include "vcrd/parser/actions.h"
+
+void VcardAddGroup(VcardTokenText text, VcardData *data) {
+  if (text.Length > 253) return;
+  const size_t used = std::strlen(data->GroupName);
+  if (used + text.Length + 1 >= kTextSize) return;  // many groups: what no longer fits is dropped
+  char *const to = data->GroupName + used;
+  std::memcpy(to, text.Begin, text.Length);
+  to[text.Length] = '.';
+  to[text.Length + 1] = '\0';
+}
 
 int64_t TavoVcardAddGroup(const char *text, VcardData *data) {
-  const size_t length = std::strlen(text);
-  if (length > 253) return 0;
-  const size_t used = std::strlen(data->GroupName);
-  if (used + length + 1 >= kTextSize) return 0;  // many groups: what no longer fits is dropped
-  std::memcpy(data->GroupName + used, text, length);
-  data->GroupName[used + length] = '.';
-  data->GroupName[used + length + 1] = '\0';
+  VcardAddGroup(VcardPaddedText(text).Text(), data);
   return 0;
 }
 
 int64_t TavoVcardSetPropName(const char *text, VcardData *data) {
-  VcardCopyText(data->PropName, text);
+  VcardSetPropName(VcardPaddedText(text).Text(), data);
+  return 0;
+}
+
+int64_t TavoVcardSetParmId(const char *text, VcardData *data) {
+  VcardSetParmId(VcardPaddedText(text).Text(), data);
+  return 0;
+}
+
+int64_t TavoVcardSetParmValue(const char *text, VcardData *data) {
+  VcardSetParmValue(VcardPaddedText(text).Text(), data);
+  return 0;
+}
+
+int64_t TavoVcardSetIdParmValue(const char *text, VcardData *data) {
+  VcardSetIdParmValue(VcardPaddedText(text).Text(), data);
   return 0;
 }
 

@@ -1,15 +1,12 @@
 #include "vcrd/parser/parameters.h"
 
+#include <algorithm>
 #include <iterator>
 
+#include "vcrd/parser/actions.h"
 #include "vcrd/parser/parameter_names.h"
 
 namespace {
-
-constexpr auto kParameterIndex = VcardMakeNameIndex(kParameterNames);
-constexpr auto kTypeIndex = VcardMakeNameIndex(kTypeNames);
-constexpr auto kValueKindIndex = VcardMakeNameIndex(kValueKindNames);
-constexpr auto kEncodingIndex = VcardMakeNameIndex(kEncodingNames);
 
 // What a row stands for. Extensions have a row and no number of their own here.
 constexpr VcardParmId kParmOfName[] = {ParmType, ParmValue, ParmEncoding, ParmCharset, ParmLanguage,
@@ -23,7 +20,24 @@ static_assert(std::size(kParmOfName) == kParameterNames.size());
 static_assert(std::size(kKindOfName) == kValueKindNames.size());
 static_assert(std::size(kEncodingOfName) == kEncodingNames.size());
 
-bool IsExtension(const char *text) { return (text[0] == 'X' || text[0] == 'x') && text[1] == '-'; }
+constexpr auto kParameterIndex = VcardMakeNameIndex(kParameterNames);
+
+// The words that a parameter's value can be: the rows of the types, then those of the value kinds
+// and of the encodings. No word stands in two of the three, so one look-up tells what it is.
+constexpr int32_t kFirstKind = static_cast<int32_t>(kTypeNames.size());
+constexpr int32_t kFirstEncoding = kFirstKind + static_cast<int32_t>(kValueKindNames.size());
+
+consteval auto AllWords() {
+  std::array<VcardName, kTypeNames.size() + kValueKindNames.size() + kEncodingNames.size()> words{};
+  auto to = std::copy(kTypeNames.begin(), kTypeNames.end(), words.begin());
+  to = std::copy(kValueKindNames.begin(), kValueKindNames.end(), to);
+  std::copy(kEncodingNames.begin(), kEncodingNames.end(), to);
+  return words;
+}
+constexpr auto kWordIndex = VcardMakeNameIndex(AllWords());
+
+// The row of a word, or -1.
+int32_t FindWord(VcardTokenText text) { return kWordIndex.Find(VcardKeyOf(text)); }
 
 // The generic form of a property writes its parameters from here to the colon.
 void NoteParmPos(VcardData *data) {
@@ -32,99 +46,94 @@ void NoteParmPos(VcardData *data) {
 
 }  // namespace
 
-int32_t VcardMatchType(const VcardFoldedName &text, VcardData *data) {
-  const int32_t row = kTypeIndex.Find(text);
-  if (row < 0) return -1;
-  data->Types.Flag[row] = 1;
+int32_t VcardMatchType(int32_t word, VcardData *data) {
+  if (word < 0 || word >= kFirstKind) return -1;
+  data->Types.Flag[word] = 1;
   data->Types.Flag[TypeAny] = 1;
   return 0;
 }
 
-int32_t VcardMatchValue(const VcardFoldedName &text, int32_t *kind) {
-  const int32_t row = kValueKindIndex.Find(text);
-  if (row < 0) return -1;
-  *kind = kKindOfName[row];
+int32_t VcardMatchValue(int32_t word, int32_t *kind) {
+  if (word < kFirstKind || word >= kFirstEncoding) return -1;
+  *kind = kKindOfName[word - kFirstKind];
   return 0;
 }
 
-int32_t VcardMatchEncoding(const VcardFoldedName &text, int32_t *encoding) {
-  const int32_t row = kEncodingIndex.Find(text);
-  if (row < 0) return -1;
-  *encoding = kEncodingOfName[row];
+int32_t VcardMatchEncoding(int32_t word, int32_t *encoding) {
+  if (word < kFirstEncoding) return -1;
+  *encoding = kEncodingOfName[word - kFirstEncoding];
   return 0;
 }
 
-int64_t TavoVcardSetParmId(const char *text, VcardData *data) {
+void VcardSetParmId(VcardTokenText text, VcardData *data) {
   NoteParmPos(data);
+  data->HasNamedParameters = 1;
   data->ParmId = ParmNone;
-  const int32_t row = kParameterIndex.Find(text);
+  const int32_t row = kParameterIndex.Find(VcardKeyOf(text));
   if (row >= 0) {
     data->ParmId = kParmOfName[row];
-  } else if (IsExtension(text)) {
+  } else if (text.IsExtension()) {
     data->ParmId = ParmExtension;
-    VcardCopyText(data->ExtParmName, text);
+    text.CopyTo(data->ExtParmName);
   }
-  return 0;
 }
 
-// A bare parameter tries its luck as a value kind, an encoding and a type. A bare extension name
-// is none of these.
-int64_t TavoVcardSetParmValue(const char *text, VcardData *data) {
+// A bare parameter tries its luck as a type, a value kind and an encoding; no word is two of them.
+// A bare extension name is none.
+void VcardSetParmValue(VcardTokenText text, VcardData *data) {
   NoteParmPos(data);
-  const VcardFoldedName name(text);
-  if (VcardMatchValue(name, &data->ValueKind) == 0) return 0;
-  if (VcardMatchEncoding(name, &data->Encoding) == 0) return 0;
-  VcardMatchType(name, data);
-  return 0;
+  const int32_t word = FindWord(text);
+  if (VcardMatchType(word, data) == 0) return;
+  if (VcardMatchValue(word, &data->ValueKind) == 0) return;
+  VcardMatchEncoding(word, &data->Encoding);
 }
 
-int64_t TavoVcardSetIdParmValue(const char *text, VcardData *data) {
+void VcardSetIdParmValue(VcardTokenText text, VcardData *data) {
   switch (data->ParmId) {
     case ParmType:
       data->TypeExt[0] = '\0';
-      if (VcardMatchType(text, data) != 0 && IsExtension(text)) {
+      if (VcardMatchType(FindWord(text), data) != 0 && text.IsExtension()) {
         data->Types.Flag[TypeExtension] = 1;
         data->Types.Flag[TypeAny] = 1;
-        VcardCopyText(data->TypeExt, text);
+        text.CopyTo(data->TypeExt);
       }
       break;
     case ParmValue:
       data->ValueExt[0] = '\0';
-      if (VcardMatchValue(text, &data->ValueKind) != 0 && IsExtension(text)) {
+      if (VcardMatchValue(FindWord(text), &data->ValueKind) != 0 && text.IsExtension()) {
         data->ValueKind = ValueExtension;
-        VcardCopyText(data->ValueExt, text);
+        text.CopyTo(data->ValueExt);
       }
       break;
     case ParmEncoding:
       data->EncodingExt[0] = '\0';
-      if (VcardMatchEncoding(text, &data->Encoding) != 0 && IsExtension(text)) {
+      if (VcardMatchEncoding(FindWord(text), &data->Encoding) != 0 && text.IsExtension()) {
         data->Encoding = EncodingExtension;
-        VcardCopyText(data->EncodingExt, text);
+        text.CopyTo(data->EncodingExt);
       }
       break;
     case ParmCharset:
-      VcardCopyText(data->Charset, text);
+      text.CopyTo(data->Charset);
       break;
     case ParmLanguage:
-      VcardCopyText(data->Language, text);
+      text.CopyTo(data->Language);
       break;
     case ParmRole:
-      VcardCopyText(data->Role, text);
+      text.CopyTo(data->Role);
       break;
     case ParmStatus:
-      VcardCopyText(data->Status, text);
+      text.CopyTo(data->Status);
       break;
     case ParmRsvp:
-      VcardCopyText(data->Rsvp, text);
+      text.CopyTo(data->Rsvp);
       break;
     case ParmExpect:
-      VcardCopyText(data->Expect, text);
+      text.CopyTo(data->Expect);
       break;
     case ParmExtension:
-      VcardCopyText(data->ExtParmValue, text);
+      text.CopyTo(data->ExtParmValue);
       break;
     default:
       break;
   }
-  return 0;
 }

@@ -7,7 +7,6 @@
 #include <cstdint>
 
 #include "vcrd/frame/vcard_data.h"
-#include "vcrd/parser/name_table.h"
 
 // The numbers that `ParmId` holds: which named parameter the next value belongs to.
 enum VcardParmId : int32_t {
@@ -24,14 +23,14 @@ enum VcardParmId : int32_t {
   ParmExtension = 10  // a name that begins with x-
 };
 
-// The lookups compare the whole text, in any case of letters, with the names of a table. They
-// answer 0 on a match and -1, with nothing written, otherwise.
+// The lookups tell what a word is, of which they take the row in the table of all words, or -1 for
+// a text that is none. They answer 0 when it is theirs and -1, with nothing written, otherwise.
 
 // Sets the flag of a type, and the flag that says that there is any.
-int32_t VcardMatchType(const VcardFoldedName &text, VcardData *data);
+int32_t VcardMatchType(int32_t word, VcardData *data);
 
-int32_t VcardMatchValue(const VcardFoldedName &text, int32_t *kind);
+int32_t VcardMatchValue(int32_t word, int32_t *kind);
 
-int32_t VcardMatchEncoding(const VcardFoldedName &text, int32_t *encoding);
+int32_t VcardMatchEncoding(int32_t word, int32_t *encoding);
 
 #endif

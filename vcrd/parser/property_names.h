@@ -85,7 +85,8 @@ inline constexpr std::array<VcardName, 55> kPropertyNames = {{
 }};
 static_assert(kPropertyNames.size() == PropMsCardPicture);
 
-// Answers the property of a name in any case of letters, whole.
-VcardProperty VcardFindProperty(const char *name);
+// Answers the property of a name in any case of letters, whole. `name` is a field that
+// VcardSetPropName has filled, or one that was emptied.
+VcardProperty VcardFindProperty(const VcardText &name);
 
 #endif

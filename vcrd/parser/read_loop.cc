@@ -7,23 +7,25 @@
 #include "vcrd/frame/host_routines.h"
 #include "vcrd/input/stream.h"
 #include "vcrd/parser/handover.h"
+#include "vcrd/parser/heads.h"
 #include "vcrd/parser/scanner.h"
 
 namespace {
 
 size_t Cell(VcardToken token, int32_t state) { return static_cast<size_t>(token * 4 + state); }
 
-// Dispatches tokens to the end of the pass. Answers false when the host stops it on the way.
+// Dispatches tokens to the end of the pass. Answers false when the host stops it on the way. A stop
+// that was asked for in the summary is seen behind one token.
 bool RunPass(VcardData *data) {
   VcardText text;
   do {
+    if (data->StopRequested == 0 && VcardReadHeads(data)) break;
     const VcardToken token = VcardGetToken(text, data);
     if (token == TokenEof) return true;
     VcardInit.VcardActions[Cell(token, data->ParseState)](text, data);
     data->ParseState = VcardInit.VcardNextState[Cell(token, data->ParseState)];
-    if (data->StopRequested != 0) return false;
-  } while (data->Finished == 0);
-  return true;
+  } while (data->StopRequested == 0 && data->Finished == 0);
+  return data->StopRequested == 0;
 }
 
 // AtEof isn't reset: where the first pass or the summary has set it, the listing comes out empty.

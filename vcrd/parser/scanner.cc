@@ -4,16 +4,12 @@
 
 namespace {
 
-// All bytes that can mean something in some state, or that the logical reader must see.
-constexpr ByteSet kSpecial = {kCr, kLf, kTab, kSpace, kBackslash, ':', ';', '.', '=', kEnd};
-
 struct TokenText {
   char *Text;
   size_t Length = 0;
 
-  size_t Room() const { return kTextSize - 1 - Length; }
   void Add(uint8_t byte) {
-    if (Room() > 0) Text[Length++] = static_cast<char>(byte);
+    if (Length < kTextSize - 1) Text[Length++] = static_cast<char>(byte);
   }
   VcardToken End(VcardToken token) {
     Text[Length] = '\0';
@@ -59,7 +55,6 @@ VcardToken VcardGetToken(VcardText &text, VcardData *data) {
         token.Add(c);
         break;
     }
-    token.Length += VcardMovePlainRun(kSpecial, token.Text + token.Length, token.Room(), data);
     // The character alone decides: a line end inside an escape ends the token like a real one.
     VcardGetChar(&c, data);
   }

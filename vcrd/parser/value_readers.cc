@@ -1,12 +1,17 @@
+// The slow ways read a value character by character, through VcardGetChar or, quoted-printable
+// ones, the raw read. The fast ways take what lies in the buffer up to a character that isn't
+// theirs: TakeFieldInBuffer for VcardReadField, and the search in VcardSkipValueQp.
+
 #include "vcrd/parser/value_readers.h"
+
+#include <algorithm>
 
 #include "vcrd/input/logical_reader.h"
 #include "vcrd/input/quoted_printable.h"
+#include "vcrd/parser/token_text.h"
 
 namespace {
 
-constexpr ByteSet kFieldSpecial = {kCr, kLf, kBackslash, ';'};
-constexpr ByteSet kQpSpecial = {kCr, kLf, '='};
 constexpr size_t kFieldRoom = kTextSize - 1;
 
 enum class FieldEnd { Field, Value };
@@ -76,10 +81,19 @@ FieldEnd ReadFieldQp(VcardText &value, VcardData *data) {
 }
 
 void VcardSkipValueQp(VcardData *data) {
+  const auto isSpecial = [](ByteVector b) {
+    return IsByte(b, '\r') | IsByte(b, '\n') | IsByte(b, '=');
+  };
   VcardStream *stream = data->Stream;
   for (;;) {
-    const VcardStretch stretch = VcardStreamStretch(stream);
-    VcardStreamTake(stream, FindByteOf(kQpSpecial, stretch.Begin, stretch.End));
+    // The fast way over escapes: two bytes that aren't looked at, behind an equals sign that isn't
+    // a soft line break.
+    const VcardStretch rest = VcardStreamStretch(stream);
+    const uint8_t *p = FindByte(isSpecial, rest.Begin);
+    while (*p == '=' && rest.End - p >= 3 && p[1] != kCr && p[1] != kLf) {
+      p = FindByte(isSpecial, p + 3);
+    }
+    VcardStreamTake(stream, p);
     // A real byte 0xFF doesn't end the value here, and the end of the input doesn't set AtEof.
     const int32_t r = VcardStreamGetByte(stream);
     if (r == kCr || r == kLf || r == -1) return;
@@ -100,25 +114,83 @@ struct CollectedText {
   }
 };
 
+// A field that is being read: the text that it has so far.
+struct Field {
+  VcardText &Text;
+  size_t Length = 0;
+
+  // Leading blanks go, and what is too much.
+  void Add(uint8_t byte) {
+    if (Length == 0 && (byte == kSpace || byte == kTab)) return;
+    if (Length < kFieldRoom) Text[Length++] = static_cast<char>(byte);
+  }
+  // The bytes from `begin`, which sixteen can be read from.
+  void Add(const uint8_t *begin, const uint8_t *end) {
+    if (Length > 0) {
+      const size_t taken = std::min(static_cast<size_t>(end - begin), kFieldRoom - Length);
+      std::memcpy(Text + Length, begin, taken);
+      Length += taken;
+      return;
+    }
+    while (begin != end && (*begin == kSpace || *begin == kTab)) ++begin;
+    const auto length = static_cast<size_t>(end - begin);
+    VcardTokenText{reinterpret_cast<const char *>(begin), length}.CopyTo(Text);
+    Length = std::min(length, kFieldRoom);
+  }
+};
+
+constexpr int32_t kFieldGoesOn = -1;
+
+// The fast way of VcardReadField: what of the field lies in the buffer, with its folds. Answers
+// what VcardReadField answers, or kFieldGoesOn in front of a character that is left to
+// VcardGetChar.
+int32_t TakeFieldInBuffer(Field *field, VcardData *data) {
+  const auto isSpecial = [](ByteVector b) {
+    return IsByte(b, '\r') | IsByte(b, '\n') | IsByte(b, ';') | IsByte(b, '\\');
+  };
+  VcardStream *stream = data->Stream;
+  if (data->HasPushback != 0) return kFieldGoesOn;
+  const VcardStretch rest = VcardStreamStretch(stream);
+  for (const uint8_t *p = rest.Begin;;) {
+    const uint8_t *const begin = p;
+    p = FindByte(isSpecial, p);
+    field->Add(begin, p);
+    if (*p == ';') {
+      VcardStreamTake(stream, p + 1);
+      return 0;
+    }
+    if (*p != kBackslash) {
+      const VcardLineEndAt lineEnd = VcardLookAtLineEnd(p, rest.End, data);
+      if (lineEnd.Kind == VcardLineEnd::End) {
+        VcardTakeLineEnd(lineEnd.Next, data);
+        return 1;
+      }
+      p = lineEnd.Next;
+      if (lineEnd.Kind == VcardLineEnd::Fold) continue;
+    }
+    VcardStreamTake(stream, p);
+    return kFieldGoesOn;
+  }
+}
+
 }  // namespace
 
 int32_t VcardReadField(int32_t index, VcardData *data) {
-  char *value = data->Value[index];
-  size_t length = 0;
-  uint8_t c;
+  data->HasFields = 1;
+  Field field{data->Value[index]};
   int32_t result;
-  for (;;) {
+  while ((result = TakeFieldInBuffer(&field, data)) == kFieldGoesOn) {
+    uint8_t c;
     result = VcardGetChar(&c, data);
     if (result == 1 || c == ';') break;
-    if (length == 0 && (c == kSpace || c == kTab)) continue;
-    if (length < kFieldRoom) value[length++] = static_cast<char>(c);
-    length += VcardMovePlainRun(kFieldSpecial, value + length, kFieldRoom - length, data);
+    field.Add(c);
   }
-  value[length] = '\0';
+  field.Text[field.Length] = '\0';
   return result;
 }
 
 void VcardReadFields(VcardData *data) {
+  data->HasFields = 1;
   for (VcardText &value : data->Value) value[0] = '\0';
   for (int32_t i = 0; i < kFieldCount; ++i) {
     const bool ended = data->Encoding == EncodingQuotedPrintable

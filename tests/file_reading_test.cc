@@ -1,0 +1,160 @@
+// Whole files read through the view or as they stand, seen as text and as JSON. What comes of many
+// real and made cards is compared with another reading of them by jsonl_test.py.
+
+#include "host/reading/file_reading.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "host/saving/content_type.h"
+#include "host/source/source_view.h"
+#include "host/writers/file_text.h"
+#include "host/writers/json_writer.h"
+#include "tests/support/runs.h"
+
+namespace px::test {
+namespace {
+
+std::string contents(const std::filesystem::path &path) {
+  std::ifstream file(path);
+  EXPECT_TRUE(file) << path;
+  return (std::stringstream() << file.rdbuf()).str();
+}
+
+std::string typeOf(const void *bytes, size_t size) {
+  return std::string(guessContentType({static_cast<const char *>(bytes), size}).mime);
+}
+
+std::string faultsOf(VcardIo *io, Reading reading, CardEvents *events) {
+  std::string faults;
+  const FaultSink sink = [&](uint64_t line, const std::string &text) {
+    faults += std::to_string(line) + ": " + text + "\n";
+  };
+  try {
+    readFile(filter(), io, reading, sink, events);
+  } catch (const std::runtime_error &error) {
+    faults += error.what();
+  }
+  return faults;
+}
+
+std::string textOf(std::string_view file, Reading reading) {
+  std::string text;
+  FileText writer({}, typeOf, [&text](std::string_view piece) { text += piece; });
+  MemoryIo io(file);
+  EXPECT_EQ(faultsOf(&io, reading, &writer), "");
+  writer.finish();
+  return text;
+}
+
+// The lines for all sections, and the faults.
+std::string jsonOf(std::string_view file, const MemoryIoOptions &options = {}) {
+  std::string json;
+  JsonWriter writer(JsonForm::Lines, typeOf, [&json](std::string_view piece) { json += piece; });
+  MemoryIo io(file, options);
+  const std::string faults = faultsOf(&io, Reading::Viewed, &writer);
+  writer.flush();
+  return json + faults;
+}
+
+TEST(FileReading, TextOfSamples) {
+  const std::string samples = PX_SAMPLES "/", golden = PX_SAMPLES "/../tests/golden/";
+  for (const std::string name : {"agent.vcf", "calendar.vcs", "folded.vcf"}) {
+    EXPECT_EQ(textOf(contents(samples + name), Reading::Viewed), contents(golden + name + ".txt"));
+  }
+}
+
+constexpr std::string_view PlainCard =
+    "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Example;Ann;Maria;Dr;Jr\r\nFN:Ann Example\r\nTITLE:Boss\r\n"
+    "ORG:Acme;Sales\r\nADR;WORK:;;1 Main St.;Town;ST;123;USA\r\nTEL;WORK;VOICE:+1 555 0100\r\n"
+    "TEL;CELL:+1 555 0101\r\nEMAIL;INTERNET:ann@example.com\r\nURL;HOME:http://example.com/a\r\n"
+    "NOTE;QUOTED-PRINTABLE:caf=C3=A9=0D=0Asecond\r\nX-FOO;HOME:bar; baz\r\n"
+    "PHOTO;JPEG;BASE64:\r\n Sk1h\r\n RnJ=\r\n\r\nREV:20240102T030405Z\r\nEND:VCARD\r\n";
+
+bool isReadInPlace(std::string_view file) {
+  MemoryIo io(file);
+  SourceView view(&io, [](uint64_t, const std::string &) {});
+  ViewDocument document;
+  return view.nextDocument(&document) && document.text.length == 0;
+}
+
+TEST(FileReading, APlainCardIsItsOwnView) {
+  const std::string twice = std::string(PlainCard) + "\r\n" + std::string(PlainCard);
+  EXPECT_EQ(textOf(twice, Reading::Viewed), textOf(twice, Reading::Raw));
+  EXPECT_TRUE(isReadInPlace(twice));
+
+  // One thing in a plain card that is not: the card has a view, and reads the same but for that.
+  const std::string plain = jsonOf(PlainCard);
+  const std::pair<std::string_view, std::string_view> changes[] = {
+      {"2.1", "3.0"},
+      {";Jr", ";"},
+      {"Example;Ann", "Home;Ann"},
+      {"TITLE:", "TITLE:end:"},
+      {"St.;", "St=;"},
+      {"CELL", "TYPE=CELL,HOME"},
+      {"+1 555", "tel:+1 555"},
+      {"ann@", "\xC3\xFC@"},
+      {"http:", "tel:"},
+      {"=C3=A9", "=\r\n=C3"},
+      {"bar;", "b\r\n r;"},
+      {"Sk1h", "S*1h"},
+      {"X-FOO", "AGENT"},
+      {"EMAIL", "BEGIN:VCARD\r\nEMAIL"},
+      {"REV:2", "REV:;"},
+      {"Boss", "Bo\tss"},
+      {"N:Example", "X.N:Example"},
+      {"TEL;WORK", "URL:a\r\nTEL;WORK"}};
+  for (const auto &[from, to] : changes) {
+    std::string card(PlainCard);
+    card.replace(card.find(from), from.size(), to);
+    EXPECT_FALSE(isReadInPlace(card)) << to;
+    EXPECT_NE(jsonOf(card), plain) << to;
+  }
+}
+
+// Whatever is read of an input at a time, the events are the same, and so is what they cost.
+TEST(FileReading, AnyReadSizeGivesTheSame) {
+  namespace fs = std::filesystem;
+  std::vector<std::string> files = {std::string(PlainCard)};
+  for (const fs::path folder : {PX_SAMPLES, PX_SAMPLES "/../tests/cards", PX_CORPUS}) {
+    if (!fs::exists(folder)) continue;
+    for (const auto &entry : fs::directory_iterator(folder)) files.push_back(contents(entry));
+  }
+  for (const std::string &file : files) {
+    const std::string whole = jsonOf(file);
+    for (const uint32_t size : {1U, 7U}) {
+      EXPECT_EQ(jsonOf(file, {.largestRead = size}), whole) << file.substr(0, 200);
+    }
+  }
+}
+
+// Values and heads beyond what is held in memory come whole, or the fault says what is missing.
+TEST(FileReading, LargeThings) {
+  std::string note;
+  for (int i = 0; note.size() < 400'000; ++i) note += "Zeile " + std::to_string(i) + ": äöü; ";
+  const std::string name = "N:" + note + ";\r\n";
+  const std::string head = "BEGIN:VCARD\r\nVERSION:4.0\r\n";
+  for (const std::string property : {"NOTE:", "X-LONG:", "TEL:", "LABEL;CHARSET=UTF-8:"}) {
+    const std::string json = jsonOf(head + property + note + "\r\nEND:VCARD\r\n");
+    EXPECT_NE(json.find("\"" + note + "\""), json.npos) << property << json.substr(0, 300);
+  }
+  const std::string json = jsonOf(head + name + "END:VCARD\r\n");
+  EXPECT_NE(json.find("[\"Zeile 0: äöü\",\" Zeile 1: äöü\","), json.npos);
+  EXPECT_NE(
+      jsonOf(head + "X;A=" + std::string(70'000, 'a') + ":1\r\nEND:VCARD\r\n").find("3: no colon"),
+      json.npos);
+}
+
+TEST(FileReading, AnInputThatFails) {
+  CardEvents nothing;
+  for (const Reading reading : {Reading::Viewed, Reading::Raw}) {
+    MemoryIo io(PlainCard, {.failAt = 1, .failOn = true});
+    EXPECT_NE(faultsOf(&io, reading, &nothing), "");
+  }
+}
+
+}  // namespace
+}  // namespace px::test
