@@ -25,7 +25,7 @@ build_preset() {
   shift
   log=$(mktemp)
   if [ ! -e "$last" ] ||
-    [ -n "$(find CMakeLists.txt core util vcrd host include -newer "$last" -print -quit)" ]; then
+    [ -n "$(find CMakeLists.txt core util vcrd host include po docs -newer "$last" -print -quit)" ]; then
     echo "building $preset" >&2
   fi
   if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"$log" 2>&1; then
