@@ -12,7 +12,8 @@ namespace px {
 namespace {
 
 constexpr const char *kFooter =
-    "Formats: text, json (one array), jsonl (a line for each card), trace (the filter's calls).\n"
+    "Formats: text, html (one page), json (one array), jsonl (a line for each card), trace (the\n"
+    "filter's calls).\n"
     "\n"
     "--extract writes a line for each object that is saved: its name in DIR, type, size in bytes,\n"
     "file and card, with tabs between.\n"
@@ -103,6 +104,7 @@ bool parseOptions(int argc, char **argv, Options *options, FileWriter *out) {
   if (extracts && options->directory.empty()) throw UsageError("--extract needs a folder");
   options->format = valueNamed<Format>(formatName, "format",
                                        {{"text", Format::Text},
+                                        {"html", Format::Html},
                                         {"json", Format::Json},
                                         {"jsonl", Format::JsonLines},
                                         {"trace", Format::Trace}});

@@ -13,7 +13,7 @@ namespace px {
 
 enum ExitCode { ExitGood = 0, ExitFailed = 1, ExitUsage = 2 };
 
-enum class Format { Text, Json, JsonLines, Trace };
+enum class Format { Text, Html, Json, JsonLines, Trace };
 
 enum class Color { Auto, Always, Never };
 

@@ -76,12 +76,15 @@ Program::Program(const FilterLibrary &filter, const Options &options, FileWriter
       out_(*out),
       directory_(options.directory),
       json_(options.format == Format::Json ? JsonForm::Array : JsonForm::Lines, contentTypeOf,
-            [out](std::string_view text) { out->write(text); }) {}
+            [out](std::string_view text) { out->write(text); }),
+      html_(contentTypeOf, [out](std::string_view html) { out->write(html); }) {}
 
 ExitCode Program::run() {
   const bool isJson = options_.directory.empty() &&
                       (options_.format == Format::Json || options_.format == Format::JsonLines);
+  const bool isHtml = options_.directory.empty() && options_.format == Format::Html;
   if (isJson) json_.begin();
+  if (isHtml) beginPage();
   for (const std::string &file : options_.files) {
     std::string failure;
     try {
@@ -95,11 +98,19 @@ ExitCode Program::run() {
       failure = error.what();
     }
     if (isJson) json_.error(displayName(file), printable(failure));
+    if (isHtml) html_.error(displayName(file), printable(failure));
     report(file, failure);
   }
   if (isJson) json_.end();
+  if (isHtml) html_.end();
   out_.flush();
   return code_;
+}
+
+void Program::beginPage() {
+  const size_t count = options_.files.size();
+  html_.begin(count == 1 ? displayName(options_.files[0]) : std::to_string(count) + " files",
+              count > 1);
 }
 
 void Program::runFile(const std::string &file) {
@@ -120,6 +131,9 @@ void Program::read(const std::string &file, FileIo *io) {
   switch (options_.format) {
     case Format::Text:
       return text(file, io);
+    case Format::Html:
+      html_.beginFile(displayName(file));
+      return readInto(file, io, &html_);
     case Format::Trace:
       return trace(file, io);
     case Format::Json:

@@ -11,6 +11,7 @@
 #include "host/io/file_writer.h"
 #include "host/reading/card_events.h"
 #include "host/saving/save_directory.h"
+#include "host/writers/html_writer.h"
 #include "host/writers/json_writer.h"
 
 namespace px {
@@ -31,6 +32,7 @@ class Program {
   ExitCode run();
 
  private:
+  void beginPage();
   void runFile(const std::string &file);
   void read(const std::string &file, FileIo *io);
   void readInto(const std::string &file, FileIo *io, CardEvents *events);
@@ -46,6 +48,7 @@ class Program {
   FileWriter &out_;
   SaveDirectory directory_;
   JsonWriter json_;
+  HtmlWriter html_;
   ExitCode code_ = ExitGood;
   uint32_t shown_ = 0;  // files
 };

@@ -1,0 +1,86 @@
+#include "host/writers/links.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "host/source/ascii_case.h"
+#include "host/source/utf8.h"
+
+namespace px {
+namespace {
+
+constexpr std::string_view kSchemes[] = {"http", "https", "mailto", "tel", "sms", "geo"};
+
+// White space at the ends isn't part of an address.
+std::string_view trimmed(std::string_view text) {
+  const size_t first = std::min(text.find_first_not_of(" \t\n"), text.size());
+  text.remove_prefix(first);
+  return text.substr(0, text.find_last_not_of(" \t\n") + 1);
+}
+
+bool isPlain(std::string_view address) {
+  if (address.find_first_of(" <>\"") != address.npos) return false;
+  std::string printable;
+  appendPrintable(address, &printable);
+  return printable == address;
+}
+
+bool isDigit(char c) { return '0' <= c && c <= '9'; }
+
+}  // namespace
+
+std::string addressOf(std::string_view value) {
+  value = trimmed(value);
+  const size_t colon = value.find(':');
+  if (colon == value.npos || colon + 1 == value.size() || !isPlain(value)) return {};
+  const std::string scheme = inSmallLetters(value.substr(0, colon));
+  const bool known =
+      std::find(std::begin(kSchemes), std::end(kSchemes), scheme) != std::end(kSchemes);
+  return known ? std::string(value) : std::string();
+}
+
+std::string telephoneAddressOf(std::string_view value) {
+  const std::string address = addressOf(value);
+  if (!address.empty()) return address;
+  value = trimmed(value);
+  std::string number;
+  for (const char c : value) {
+    if (isDigit(c) || c == '*' || c == '#' || (c == '+' && number.empty())) {
+      number += c == '#' ? "%23" : std::string(1, c);
+    } else if (std::string_view(" \t()/.-").find(c) == std::string_view::npos) {
+      return {};
+    }
+  }
+  const auto digits = std::count_if(number.begin(), number.end(), isDigit);
+  return digits < 3 ? std::string() : "tel:" + number;
+}
+
+std::string mailAddressOf(std::string_view value) {
+  const std::string address = addressOf(value);
+  if (!address.empty()) return address;
+  value = trimmed(value);
+  if (value.ends_with('>')) {
+    const size_t open = value.rfind('<');
+    if (open == value.npos) return {};
+    value = value.substr(open + 1, value.size() - open - 2);
+  }
+  const size_t at = value.find('@');
+  const bool isAddress = at != value.npos && at > 0 && at + 1 < value.size() &&
+                         value.find('@', at + 1) == value.npos && isPlain(value);
+  if (!isAddress) return {};
+  // Signs with a meaning in the address of a link, so that no text turns into a subject or a copy.
+  std::string encoded("mailto:");
+  for (const char c : value) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    if (std::string_view("%?&#;,:/\\").find(c) == std::string_view::npos) {
+      encoded += c;
+    } else {
+      encoded += '%';
+      encoded += digits[static_cast<uint8_t>(c) >> 4];
+      encoded += digits[c & 0xF];
+    }
+  }
+  return encoded;
+}
+
+}  // namespace px
