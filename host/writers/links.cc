@@ -43,16 +43,17 @@ std::string telephoneAddressOf(std::string_view value) {
   const std::string address = addressOf(value);
   if (!address.empty()) return address;
   value = trimmed(value);
+  // Codes with * and # drive a telephone instead of calling somebody.
   std::string number;
   for (const char c : value) {
-    if (isDigit(c) || c == '*' || c == '#' || (c == '+' && number.empty())) {
-      number += c == '#' ? "%23" : std::string(1, c);
+    if (isDigit(c) || (c == '+' && number.empty())) {
+      number += c;
     } else if (std::string_view(" \t()/.-").find(c) == std::string_view::npos) {
       return {};
     }
   }
-  const auto digits = std::count_if(number.begin(), number.end(), isDigit);
-  return digits < 3 ? std::string() : "tel:" + number;
+  constexpr size_t shortest = 3;
+  return number.size() < shortest ? std::string() : "tel:" + number;
 }
 
 std::string mailAddressOf(std::string_view value) {
