@@ -16,6 +16,40 @@ from selenium.webdriver.chrome.service import Service
 SWITCHES = """--headless=new --no-sandbox --disable-gpu --disable-quic --no-first-run
 --disable-background-networking --disable-component-update --disable-sync --hide-scrollbars"""
 
+LONG = "W" * 400
+HOSTILE = f"""BEGIN:VCARD
+VERSION:3.0
+FN:{LONG}
+N:{LONG};{LONG};;;
+ORG:\u05de\u05e9\u05e8\u05d3;<img src=http://x.example>
+TITLE:</style><script>alert(1)</script>
+TEL;TYPE={LONG}:{LONG}
+EMAIL:{LONG}@x.example
+URL:javascript:alert(1)
+item1.URL:https://x.example/{LONG}
+item1.X-ABLabel:{LONG}
+ADR:;;{LONG};{LONG};;;
+NOTE:\u202e{LONG} " onclick="alert(1)
+X-{LONG};X-P={LONG}:{LONG}
+PHOTO;ENCODING=b;MEDIATYPE=image/jpeg;TYPE=JPEG:bm90IGEgcGljdHVyZQ==
+END:VCARD
+BEGIN:VCALENDAR
+VERSION:2.0
+X-WR-CALNAME:{LONG}
+BEGIN:VEVENT
+SUMMARY:{LONG}
+LOCATION:{LONG}
+STATUS:{LONG}
+DTSTART;TZID={LONG}:20240101T000000
+DTEND:99991231
+ATTENDEE;CN={LONG};ROLE={LONG};PARTSTAT={LONG}:mailto:{LONG}
+BEGIN:VALARM
+DESCRIPTION:{LONG}
+END:VALARM
+END:VEVENT
+END:VCALENDAR
+"""
+
 # What is wrong with the page, as a list of texts.
 LOOK = """
 const wrong = [];
@@ -87,7 +121,9 @@ def main():
     own = sorted((root / "samples").glob("*.v?[fs]")) + sorted((root / "tests/cards").iterdir())
     faults = []
     with tempfile.TemporaryDirectory() as folder, browser() as driver:
-        for name, files in (("own", own), ("corpus", sorted(corpus.glob("*.[vi]c[fs]")))):
+        hostile = pathlib.Path(folder) / "hostile.vcf"
+        hostile.write_text(HOSTILE, "utf-8")
+        for name, files in (("own", own + [hostile]), ("corpus", sorted(corpus.glob("*.[vi]c[fs]")))):
             if not files:
                 continue
             page = pathlib.Path(folder) / (name + ".html")
