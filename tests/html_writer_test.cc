@@ -83,7 +83,7 @@ TEST(HtmlWriter, Card) {
 </article>
 <article class="card h-card nested" id="c2">
 <header class="head">
-<p class="part">Agent of <a href="#c1"><bdi>Ann &lt;b&gt;&amp; Co</bdi></a></p>
+<p class="part">Agent of <a href="#c1"><bdi>Ann &lt;b&gt; &amp; Co</bdi></a></p>
 <h2 class="name none">Untitled</h2>
 <div class="contact">
 <ul>
@@ -107,10 +107,11 @@ TEST(HtmlWriter, Values) {
        "<dd dir=\"auto\" class=\"p-family-name\">Ann</dd>\n<dt>Additional names</dt>"
        "<dd dir=\"auto\" class=\"p-additional-name\">B</dd>\n</dl></dd>"},
       {"79401 ORG: 0=A&B|0=C", "<dd><ul>\n<li dir=\"auto\">A&amp;B</li>\n<li dir=\"auto\">C</li>"},
-      {"79391 BDAY: 19800302", "<time datetime=\"1980-03-02\">1980-03-02</time>"},
-      {"79391 BDAY: --0302", "<time>2 March</time>"},
+      {"79391 BDAY: 19800302", "<time class=\"dt-bday\" datetime=\"1980-03-02\">1980-03-02</time>"},
+      {"79391 BDAY: --0302", "<time class=\"dt-bday\">2 March</time>"},
       {"79370 EXDATE;TZID=Europe/Berlin: 20240101,soon", "2024-01-01</time>, soon" + zone},
-      {"0 DURATION: P1DT02H30M", "<time datetime=\"P1DT02H30M\">1 d 2 h 30 min</time>"},
+      {"0 DURATION: P1DT02H30M",
+       "<time class=\"dt-duration\" datetime=\"P1DT02H30M\">1 d 2 h 30 min</time>"},
       {"0 DURATION: P1H", ">P1H</dd>"},
       {"79360 ATTENDEE: Bo <b@example.org>\nlate STATUS=DECLINED",
        "href=\"mailto:b@example.org\">Bo &lt;b@example.org&gt;</a> <span class=\"tag "
@@ -148,7 +149,8 @@ TEST(HtmlWriter, Calendar) {
       "[VALARM 5 4]\n0 TRIGGER: -PT30M\n"
       "[VEVENT 6 1]\n79382 DTSTART: 20240418\n79369 DTEND: 20240420\n79400 NOTE: all day\n"
       "[VEVENT 7 1]\n79382 DTSTART: 20240101T000000Z\n79369 DTEND: 20240101T013000Z\n"
-      "[VTODO 8 1]\nSummary: Undated\n[VTODO 9 1]\n79368 DUE: 20230101\n");
+      "[VTODO 8 1]\nSummary: Undated\n[VTODO 9 1]\n79368 DUE: 20230101\n"
+      "[VEVENT 10 1]\n79369 DTEND: 20230101T080000\n");
   EXPECT_EQ(html.find("hidden"), html.npos);
   expectInOrder(html,
                 {"Home</h2>",
@@ -156,6 +158,7 @@ TEST(HtmlWriter, Calendar) {
                  "Sunday, 1 January 2023</time></h2>",
                  "<div>Due </div>",
                  ">to do<",
+                 "\u2013 <time class=\"dt-end\" datetime=\"2023-01-01T08:00\">08:00</time></div>",
                  "Monday, 1 January 2024</time></h2>",
                  "<time class=\"dt-start\" datetime=\"2024-01-01T00:00Z\">00:00</time> \u2013 "
                  "<time class=\"dt-end\" datetime=\"2024-01-01T01:30Z\">01:30</time> "

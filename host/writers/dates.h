@@ -23,8 +23,8 @@ constexpr size_t LongestDate = 48;
 // other text.
 std::optional<std::string> readableDate(std::string_view text, std::string_view omitted = {});
 
-// Answers the readable form of a length of time: "PT1H30M" is "1 h 30 min", "-P1D" is "1 d", without
-// its sign. Nothing for any other text.
+// Answers the readable form of a length of time: "PT1H30M" is "1 h 30 min", "-P1D" is "1 d",
+// without its sign. Nothing for any other text.
 std::optional<std::string> readableDuration(std::string_view text);
 
 // Answers the form for programs of what readableDate wrote, "2024-03-02T17:04:55Z"; an empty text

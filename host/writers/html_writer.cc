@@ -9,6 +9,7 @@
 #include "host/source/ascii_case.h"
 #include "host/writers/data_address.h"
 #include "host/writers/dates.h"
+#include "host/writers/html_elements.h"
 #include "host/writers/html_page.h"
 #include "host/writers/links.h"
 #include "px/vcrd.h"
@@ -59,49 +60,24 @@ std::string_view classOf(std::string_view name) {
   return found != std::end(kClasses) ? found->text : std::string_view();
 }
 
-// What people answer, by what it means.
-constexpr std::pair<std::string_view, std::string_view> kAnswers[] = {
-    {"accepted", "yes"}, {"confirmed", "yes"}, {"completed", "yes"},
-    {"declined", "no"},  {"cancelled", "no"},  {"tentative", "maybe"},
-    {"sent", ""},        {"needs action", ""}, {"delegated", ""},
-};
-
-constexpr std::pair<std::string_view, std::string_view> kRoles[] = {
-    {"REQ-PARTICIPANT", "required"},
-    {"OPT-PARTICIPANT", "optional"},
-    {"NON-PARTICIPANT", "for information"},
-};
-
-// "NEEDS-ACTION" is "needs action" to a person.
-std::string inWords(std::string_view value) {
-  std::string words = inSmallLetters(value);
-  std::replace(words.begin(), words.end(), '-', ' ');
-  return words;
-}
-
-std::string roleInWords(std::string_view role) {
-  for (const auto &[name, words] : kRoles) {
-    if (name == role) return std::string(words);
-  }
-  return inWords(role);
-}
-
 // How long before or behind the time of an entry its alarm is.
 std::string distanceInWords(std::string_view value, std::string_view duration) {
   if (duration.empty()) return "at the time";
   return std::string(duration) + (value.starts_with('-') ? " before" : " after");
 }
 
-std::string tag(std::string_view value) {
-  const std::string words = inWords(value);
-  std::string kind("tag");
-  for (const auto &[answer, meaning] : kAnswers) {
-    if (answer == words && !meaning.empty()) kind.append(" ").append(meaning);
-  }
-  return "<span class=\"" + kind + "\">" + asHtml(words) + "</span>";
+std::string joined(const std::vector<std::string> &values) {
+  std::string list;
+  for (const std::string &value : values) list.append(list.empty() ? "" : ", ").append(value);
+  return list;
 }
 
-// Cuts to whole characters.
+// Adds as much as it takes to see that the text is longer than `size`.
+void addTo(std::string *text, std::string_view utf8, size_t size) {
+  if (text->size() <= size) *text += utf8.substr(0, size + 1);
+}
+
+// Cuts a text to whole characters.
 void cut(std::string *utf8, size_t size) {
   if (utf8->size() <= size) return;
   while (size > 0 && ((*utf8)[size] & 0xC0) == 0x80) --size;
@@ -109,25 +85,7 @@ void cut(std::string *utf8, size_t size) {
   *utf8 += "\u2026";
 }
 
-// A date as readableDate writes it, taken apart: what stands behind the time is the zone.
-void splitZone(std::string *readable, std::string *zone) {
-  const size_t day = readable->find(' ');
-  const size_t at = day == readable->npos ? day : readable->find(' ', day + 1);
-  if (at == readable->npos) return;
-  *zone = readable->substr(at + 1);
-  readable->resize(at);
-}
-
-std::string timeElement(std::string_view text, std::string_view machine, std::string_view name) {
-  std::string element("<time");
-  if (!name.empty()) element.append(" class=\"").append(name).append("\"");
-  if (!machine.empty()) element.append(" datetime=\"").append(asHtml(machine)).append("\"");
-  return element + ">" + asHtml(text) + "</time>";
-}
-
-std::string zoneElement(std::string_view zone) {
-  return zone.empty() ? "" : " <span class=\"zone\">" + asHtml(zone) + "</span>";
-}
+bool isPerson(std::string_view name) { return name == "ATTENDEE" || name == "ORGANIZER"; }
 
 }  // namespace
 
@@ -251,6 +209,7 @@ void HtmlWriter::closeSection() {
   for (const Row &row : std::exchange(last_, {})) {
     head_ = PropertyHead();
     head_.label = row.label;
+    class_ = {};
     openRow(" dir=\"auto\"");
     putText(row.value);
     endProperty();
@@ -371,13 +330,12 @@ void HtmlWriter::endSummaryLine(const std::vector<std::string> &types) {
     return;
   }
   if (place_ != Place::CardLine) return;
+  if (lineKind_ == SummaryKind::Name) cut(&outer_.back().name, kLongestName);
   if (!streams_) putHeld();
   if (isOpen_ && !types.empty()) {
-    std::string list;
-    for (const std::string &type : types) {
-      list.append(list.empty() ? "" : ", ").append(typeLabel(type));
-    }
-    html_.put(" <small>" + asHtml(list) + "</small>");
+    std::vector<std::string> labels;
+    for (const std::string &type : types) labels.emplace_back(typeLabel(type));
+    html_.put(" <small>" + asHtml(joined(labels)) + "</small>");
   }
   closeValue();
 }
@@ -395,73 +353,14 @@ void HtmlWriter::nameCalendar(std::string_view name) {
 
 void HtmlWriter::closeEntry() {
   if (!entryOpen_) return;
-  const bool isEmpty = entry_.summary.empty() && entry_.location.empty() && firstRows_ &&
-                       entry_.start.text.empty() && entry_.due.text.empty();
-  if (isEmpty && entry_.component.empty()) {  // of a calendar without entries, the calls tell one
-    entryOpen_ = false;
+  if (entry_.component.empty() && entry_.isEmpty() && firstRows_) {
+    entryOpen_ = false;  // of a calendar without entries the calls tell one
     return;
   }
-  html_.put("</div></article>\n");
+  html_.put(EndEntry);
   html_.giveOut();
   entryOpen_ = false;
-  const Time &time = !entry_.start.text.empty() ? entry_.start : entry_.due;
-  entries_.endEntry(momentOf(time.text), entryHead());
-}
-
-std::string HtmlWriter::entryHead() const {
-  std::string html("<article class=\"entry");
-  if (entry_.component.empty() || entry_.component == "VEVENT") html += " h-event";
-  html += "\"><div class=\"when\">";
-  const auto element = [](const Time &time, std::string_view without, std::string_view name) {
-    const bool sameDay = !time.isDay() && time.text.substr(0, 10) == without;
-    const std::string whole = time.text + (time.zone.empty() ? "" : " " + time.zone);
-    const bool isPlace = time.zone.find_first_of("/") != std::string::npos;
-    return timeElement(sameDay ? time.text.substr(11) : time.text,
-                       machineDate(isPlace ? time.text : whole), name);
-  };
-  const Time &start = entry_.start;
-  const std::string day = dayOf(momentOf((start.text.empty() ? entry_.due : start).text));
-  if (!start.text.empty()) {
-    Time end = entry_.end;
-    // Days end with the one before.
-    if (start.isDay() && end.isDay()) end.text = dayBefore(end.text);
-    if (end.text == start.text) end = {};
-    if (start.isDay()) {
-      html += timeElement("All day", start.text, "dt-start");
-    } else {
-      html += element(start, day, "dt-start");
-      if (start.zone != end.zone || end.text.empty()) html += zoneElement(start.zone);
-    }
-    if (!end.text.empty()) {
-      html += " \u2013 " + element(end, day, "dt-end") + zoneElement(end.zone);
-    }
-    html += "\n";
-  }
-  if (!entry_.due.text.empty()) {
-    const bool whole = entry_.due.isDay() && entry_.due.text == day;
-    html += "<div>" + asHtml(labelText(79368)) + " ";
-    if (!whole) html += element(entry_.due, day, "dt-due") + zoneElement(entry_.due.zone);
-    html += "</div>";
-  }
-  html += "</div><div class=\"what\">\n";
-  const std::string level = "h" + std::to_string(level_ + 1);
-  html += "<" + level + " class=\"name" + (entry_.summary.empty() ? " none" : " p-name") +
-          "\" dir=\"auto\">" +
-          asHtml(entry_.summary.empty() ? labelText(kUntitledId) : entry_.summary) + "</" + level +
-          ">\n";
-  if (!entry_.location.empty()) {
-    html += "<p class=\"place p-location\" dir=\"auto\">" + asHtml(entry_.location) + "</p>\n";
-  }
-  const bool isTask = entry_.component == "VTODO";
-  const bool isJournal = entry_.component == "VJOURNAL";
-  if (!entry_.status.empty() || isTask || isJournal) {
-    html += "<p class=\"status\">";
-    if (isTask) html += "<span class=\"tag\">to do</span> ";
-    if (isJournal) html += "<span class=\"tag\">journal</span> ";
-    if (!entry_.status.empty()) html += tag(entry_.status);
-    html += "</p>\n";
-  }
-  return html;
+  entries_.endEntry(entry_.moment(), beginEntry(entry_, level_ + 1));
 }
 
 // Writes the entries that wait, each day under its heading.
@@ -485,18 +384,11 @@ void HtmlWriter::giveEntries() {
 // Whether the property is told whole by the head of the entry, which is written from it.
 bool HtmlWriter::takeIntoHead() {
   if (streams_ || inField_ || !head_.rows.empty() || !head_.parenthesis().empty()) return false;
-  Time *time = head_.name == "DTSTART" ? &entry_.start
-               : head_.name == "DTEND" ? &entry_.end
-               : head_.name == "DUE"   ? &entry_.due
-                                       : nullptr;
-  if (time) {
-    const auto readable = readableDate(held_);
-    if (!readable || momentOf(*readable) == NoMoment || !time->text.empty()) return false;
-    time->text = *readable;
-    time->zone = head_.timeZone;
-    splitZone(&time->text, &time->zone);
-    return true;
-  }
+  EntryTime *time = head_.name == "DTSTART" ? &entry_.start
+                    : head_.name == "DTEND" ? &entry_.end
+                    : head_.name == "DUE"   ? &entry_.due
+                                            : nullptr;
+  if (time) return time->text.empty() && time->set(held_, head_.timeZone);
   const std::string *line = head_.name == "SUMMARY"    ? &entry_.summary
                             : head_.name == "LOCATION" ? &entry_.location
                             : head_.name == "STATUS"   ? &entry_.status
@@ -516,13 +408,12 @@ void HtmlWriter::beginProperty(const Property &property) {
   head_ = headOf(property);
   class_ = classOf(head_.name);
   if (head_.name == "URL" && kind_ == Kind::Entry) class_ = "u-url";
-  const bool isPerson = head_.name == "ATTENDEE" || head_.name == "ORGANIZER";
-  if (isPerson) {
+  if (isPerson(head_.name)) {
     head_.rows.clear();
     for (const Parameter &parameter : property.parameters) lateParameter(parameter);
   }
   const bool isDuration = head_.name == "TRIGGER" || head_.name == "DURATION";
-  const Form form = isPerson                ? Form::Person
+  const Form form = isPerson(head_.name)    ? Form::Person
                     : head_.isDate          ? Form::Date
                     : isDuration            ? Form::Duration
                     : head_.name == "TEL"   ? Form::Telephone
@@ -533,10 +424,9 @@ void HtmlWriter::beginProperty(const Property &property) {
 
 void HtmlWriter::lateParameter(const Parameter &parameter) {
   if (!inProperty_) return;
-  const std::string value = parameter.values.empty() ? "" : parameter.values[0];
+  const std::string value = joined(parameter.values);
   const std::string_view name = parameter.name;
-  const bool isPerson = head_.name == "ATTENDEE" || head_.name == "ORGANIZER";
-  if (!isPerson || form_ == Form::Date) return addParameter(parameter, &head_);
+  if (!isPerson(head_.name)) return addParameter(parameter, &head_);
   if (name == "CN") {
     called_ = value;
   } else if (name == "PARTSTAT" || name == "STATUS") {
@@ -575,6 +465,9 @@ void HtmlWriter::endProperty() {
       if (!held_.empty()) last_.push_back({head_.heading(), held_});
     }
   }
+  if (form_ == Form::Person && streams_) {  // too long to stand beside what is told of it
+    for (const std::string &told : {called_, answer_, role_}) head_.rows.push_back({"", told});
+  }
   endValue();
   if (rowOpen_) {
     for (const Row &row : head_.rows) putRow(row);
@@ -612,8 +505,8 @@ void HtmlWriter::openRow(std::string_view direction) {
     html_.put("</bdi></small>");
   }
   html_.put("</dt><dd");
-  const bool isList = direction.empty();
-  if (!class_.empty() && !isList) html_.put(" class=\"" + class_ + "\"");
+  const bool isText = !direction.empty() && !class_.starts_with("dt-");
+  if (!class_.empty() && isText) html_.put(" class=\"" + std::string(class_) + "\"");
   html_.put(direction);
   html_.put(">");
 }
@@ -675,7 +568,7 @@ void HtmlWriter::openValue() {
   if (field_ == 0) {
     openList(List::Tags);
     html_.put("<li dir=\"auto\"");
-    if (!class_.empty()) html_.put(" class=\"" + class_ + "\"");
+    if (!class_.empty()) html_.put(" class=\"" + std::string(class_) + "\"");
     html_.put(">");
     closing_ = "</li>\n";
     return;
@@ -695,14 +588,9 @@ void HtmlWriter::openValue() {
 
 void HtmlWriter::text(std::string_view utf8) {
   if (place_ == Place::Nowhere) return;
-  if (place_ == Place::CardLine && lineKind_ == SummaryKind::Name && !outer_.empty() &&
-      outer_.back().name.size() < kLongestName) {
-    outer_.back().name += utf8;
-    cut(&outer_.back().name, kLongestName);
-  }
-  if (place_ == Place::EntryLine) {
-    if (held_.size() <= kLongestHead) held_ += utf8.substr(0, kLongestHead + 1);
-    return;
+  if (place_ == Place::EntryLine) return addTo(&held_, utf8, kLongestHead);
+  if (place_ == Place::CardLine && lineKind_ == SummaryKind::Name) {
+    addTo(&outer_.back().name, utf8, kLongestName);
   }
   if (!streams_ && held_.size() + utf8.size() > kLongestHeld) {
     putLines(std::exchange(held_, {}));
@@ -716,6 +604,9 @@ void HtmlWriter::text(std::string_view utf8) {
 }
 
 void HtmlWriter::lineBreak() {
+  if (place_ == Place::CardLine && lineKind_ == SummaryKind::Name) {
+    addTo(&outer_.back().name, " ", kLongestName);
+  }
   if (streams_) {
     breaks_ += isOpen_;
   } else if (place_ != Place::Nowhere && !held_.empty()) {
@@ -776,13 +667,18 @@ void HtmlWriter::putHeld() {
   }
 }
 
+// The class of a date or a length of time, which its own element has.
+std::string_view HtmlWriter::timeClass() const {
+  return class_.starts_with("dt-") ? class_ : std::string_view();
+}
+
 void HtmlWriter::putDuration(std::string_view utf8) {
   const auto duration = readableDuration(utf8);
   const bool isDistance = head_.name == "TRIGGER";
   if (!duration || (duration->empty() && !isDistance)) return putDates(utf8);
   openValue();
   html_.put(timeElement(isDistance ? distanceInWords(utf8, *duration) : *duration,
-                        utf8.starts_with('P') ? utf8 : "", ""));
+                        utf8.starts_with('P') ? utf8 : "", timeClass()));
 }
 
 void HtmlWriter::putLink(const std::string &address, std::string_view utf8) {
@@ -813,7 +709,7 @@ void HtmlWriter::putDates(std::string_view utf8) {
     const size_t end = std::min(utf8.find_first_of(",;/"), utf8.size());
     const std::string_view part = utf8.substr(0, end);
     if (const auto date = readableDate(part, head_.omittedYear)) {
-      html_.put(timeElement(*date, machineDate(*date), ""));
+      html_.put(timeElement(*date, machineDate(*date), timeClass()));
       any = true;
     } else {
       putText(part);
@@ -839,7 +735,7 @@ void HtmlWriter::putPerson(std::string_view utf8) {
   }
   putText(name);
   html_.put(address.empty() ? "</span>" : "</a>");
-  if (!answer_.empty()) html_.put(" " + tag(answer_));
+  if (!answer_.empty()) html_.put(" " + tagElement(answer_));
   std::string more = roleInWords(role_);
   if (replyWanted_) more += more.empty() ? "reply requested" : ", reply requested";
   if (!more.empty()) html_.put(" <small>" + asHtml(more) + "</small>");
@@ -857,18 +753,19 @@ void HtmlWriter::object(const PlacedObject &object) {
   const bool isAttachment = head_.name == "ATTACH";
   const bool isSeen = !content.isDeclared() && !isAttachment;
   const std::string &title = object.title.empty() ? head_.label : object.title;
+  const std::string named = class_.empty() ? "" : " class=\"" + std::string(class_) + "\"";
   uint64_t size = 0;
   if (isSeen && isShownPicture(type)) {
     size = putPicture(&content);
   } else if (isSeen && isPlayedSound(type)) {
     openRow("");
-    size =
-        putData(&content,
-                "<audio controls preload=\"metadata\" aria-label=\"" + asHtml(title) + "\" src=\"",
-                "\"></audio>");
+    size = putData(&content,
+                   "<audio" + named + " controls preload=\"metadata\" aria-label=\"" +
+                       asHtml(title) + "\" src=\"",
+                   "\"></audio>");
   } else {
     openRow("");
-    size = putData(&content, "<a download=\"" + asHtml(title) + "\" href=\"",
+    size = putData(&content, "<a" + named + " download=\"" + asHtml(title) + "\" href=\"",
                    "\"><bdi>" + asHtml(title) + "</bdi></a> ");
   }
   html_.put("<span class=\"quiet\">");

@@ -26,6 +26,7 @@
 
 #include "host/reading/card_events.h"
 #include "host/writers/entries_by_day.h"
+#include "host/writers/entry_head.h"
 #include "host/writers/html_text.h"
 #include "host/writers/object_content.h"
 #include "host/writers/property_head.h"
@@ -72,17 +73,6 @@ class HtmlWriter : public CardEvents {
 
   enum class List { None, Fields, Tags };  // in a row
 
-  // Of an entry, for its head.
-  struct Time {
-    std::string text;  // as readableDate writes it, without its zone
-    std::string zone;
-    bool isDay() const { return text.size() == 10; }
-  };
-  struct EntryHead {
-    std::string component, summary, location, status;
-    Time start, end, due;
-  };
-
   // A card that others can stand in.
   struct Outer {
     uint32_t number = 0;
@@ -102,7 +92,6 @@ class HtmlWriter : public CardEvents {
   void closeEntry();
   void giveEntries();
   void nameCalendar(std::string_view name);
-  std::string entryHead() const;
 
   void beginValue(Place place, Form form);
   void endValue();
@@ -112,6 +101,7 @@ class HtmlWriter : public CardEvents {
   void putText(std::string_view utf8);
   void putHeld();
   void putLink(const std::string &address, std::string_view utf8);
+  std::string_view timeClass() const;
   void putDuration(std::string_view utf8);
   void putDates(std::string_view utf8);
   void putPerson(std::string_view utf8);
@@ -157,7 +147,7 @@ class HtmlWriter : public CardEvents {
   // The property.
   bool inProperty_ = false;
   PropertyHead head_;
-  std::string class_;
+  std::string_view class_;  // of its value
   bool rowOpen_ = false;
   List list_ = List::None;
   uint32_t field_ = 0;  // its label
