@@ -129,6 +129,8 @@ TEST(HtmlWriter, Values) {
       {"0 X-\"&: \"'\x01\x7F\xC2\x9B\u202E\uFFFF\U0001FFFE\u00FC\U0001F600",
        "X-&quot;&amp;</bdi></dt><dd "
        "dir=\"auto\">&quot;&#39;\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\u00FC\U0001F600<"},
+      {"0 : v", "<dt><bdi>\u2013</bdi></dt>"},
+      {"0 ATTENDEE;CN=Bo: " + std::string(3000, 'x'), "x<dl class=\"fields\">\n<dt>Name</dt>"},
       {"0 X: " + std::string(5000, 'x') + "\\ny", std::string(5000, 'x') + "<br>y</dd>"},
   };
   for (const auto &[property, expected] : cases) {
@@ -246,6 +248,7 @@ TEST(Links, Addresses) {
       {addressOf, " HTTPS://a.example/x \n", "HTTPS://a.example/x"},
       {addressOf, "geo:1,2", "geo:1,2"},
       {addressOf, "sms:+1", "sms:+1"},
+      {addressOf, "http://\xC3\xBC.example/\\|%41", "http://%C3%BC.example/%5C%7C%41"},
       {addressOf, "http:", ""},
       {addressOf, "javascript:alert(1)", ""},
       {addressOf, "java\nscript:alert(1)", ""},

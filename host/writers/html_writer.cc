@@ -466,7 +466,9 @@ void HtmlWriter::endProperty() {
     }
   }
   if (form_ == Form::Person && streams_) {  // too long to stand beside what is told of it
-    for (const std::string &told : {called_, answer_, role_}) head_.rows.push_back({"", told});
+    head_.rows.push_back({std::string(parameterLabel("CN")), called_});
+    head_.rows.push_back({std::string(parameterLabel("PARTSTAT")), answer_});
+    head_.rows.push_back({std::string(parameterLabel("ROLE")), role_});
   }
   endValue();
   if (rowOpen_) {
@@ -496,7 +498,7 @@ void HtmlWriter::openRow(std::string_view direction) {
   if (std::exchange(rowOpen_, true)) return;
   openRows();
   html_.put("<dt><bdi>");
-  html_.putText(head_.label);
+  html_.putText(head_.label.empty() ? "\u2013" : head_.label);
   html_.put("</bdi>");
   const std::string parenthesis = head_.parenthesis();
   if (!parenthesis.empty()) {

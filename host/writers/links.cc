@@ -25,6 +25,23 @@ bool isPlain(std::string_view address) {
   return printable == address;
 }
 
+// Appends the text with %XX for each byte that an address can't have, or that `special` names.
+void appendEncoded(std::string_view text, std::string_view special, std::string *to) {
+  constexpr std::string_view kept = "-._~:/?#[]@!$&'()*+,;=%";
+  constexpr char digits[] = "0123456789ABCDEF";
+  for (const char c : text) {
+    const bool isLetter = ('a' <= c && c <= 'z') || ('A' <= c && c <= 'Z');
+    const bool isKept = kept.find(c) != kept.npos && special.find(c) == special.npos;
+    if (isLetter || ('0' <= c && c <= '9') || isKept) {
+      *to += c;
+    } else {
+      *to += '%';
+      *to += digits[static_cast<uint8_t>(c) >> 4];
+      *to += digits[c & 0xF];
+    }
+  }
+}
+
 bool isDigit(char c) { return '0' <= c && c <= '9'; }
 
 }  // namespace
@@ -36,7 +53,9 @@ std::string addressOf(std::string_view value) {
   const std::string scheme = inSmallLetters(value.substr(0, colon));
   const bool known =
       std::find(std::begin(kSchemes), std::end(kSchemes), scheme) != std::end(kSchemes);
-  return known ? std::string(value) : std::string();
+  std::string address;
+  if (known) appendEncoded(value, "", &address);
+  return address;
 }
 
 std::string telephoneAddressOf(std::string_view value) {
@@ -57,7 +76,7 @@ std::string telephoneAddressOf(std::string_view value) {
 }
 
 std::string mailAddressOf(std::string_view value) {
-  const std::string address = addressOf(value);
+  std::string address = addressOf(value);
   if (!address.empty()) return address;
   value = trimmed(value);
   if (value.ends_with('>')) {
@@ -69,19 +88,10 @@ std::string mailAddressOf(std::string_view value) {
   const bool isAddress = at != value.npos && at > 0 && at + 1 < value.size() &&
                          value.find('@', at + 1) == value.npos && isPlain(value);
   if (!isAddress) return {};
-  // Signs with a meaning in the address of a link, so that no text turns into a subject or a copy.
-  std::string encoded("mailto:");
-  for (const char c : value) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    if (std::string_view("%?&#;,:/\\").find(c) == std::string_view::npos) {
-      encoded += c;
-    } else {
-      encoded += '%';
-      encoded += digits[static_cast<uint8_t>(c) >> 4];
-      encoded += digits[c & 0xF];
-    }
-  }
-  return encoded;
+  address = "mailto:";
+  // Signs with a meaning there, so that no text turns into a subject or a copy.
+  appendEncoded(value, "%?&#;,:/", &address);
+  return address;
 }
 
 }  // namespace px
