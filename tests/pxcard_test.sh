@@ -78,6 +78,13 @@ same 'a good file among bad ones' "$(<out)" "== ./-x.vcf ==
 
 $shown"
 
+# A page tells of files that can't be read, as standard error does.
+expect 1 'pxcard: none: No such file or directory' --format html none "$agent"
+same 'page' "$(grep -Eo '</html>|<h1>.*</h1>|<h2 .*</h2>|^<p class="fault.*' out)" "<h1><bdi>2 files</bdi></h1>
+<p class=\"fault\"><b><bdi>none</bdi></b> <bdi>No such file or directory</bdi></p>
+<h2 id=\"f1\"><bdi>$agent</bdi></h2>
+</html>"
+
 # Standard output that can't be written, or whose reader has gone.
 "$pxcard" "$agent" >/dev/full 2>err
 same 'full disk' "$? $(<err)" '1 pxcard: standard output: No space left on device'

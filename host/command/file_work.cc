@@ -40,10 +40,6 @@ FileDescriptor openInput(const std::string &file) {
   return seekable ? std::move(input) : spoolInput(input.number());
 }
 
-std::string contentTypeOf(const void *bytes, size_t size) {
-  return std::string(guessContentType({static_cast<const char *>(bytes), size}).mime);
-}
-
 class FileWork {
  public:
   FileWork(const WorkSettings &settings, const Input &input, FileOutput *output)
@@ -102,6 +98,7 @@ bool FileWork::run() {
       json_->error(name_, printable(fault));
       json_->flush();
     }
+    if (options_.task == Task::Html) settings_.page->error(name_, printable(fault));
     report(fault);
   }
   return good_;
@@ -111,6 +108,9 @@ void FileWork::read(FileIo *io) {
   switch (options_.task) {
     case Task::Text:
       return text(io);
+    case Task::Html:
+      settings_.page->beginFile(name_);
+      return readInto(io, settings_.page);
     case Task::Json:
     case Task::JsonLines:
       json_->beginFile(name_);
@@ -194,6 +194,10 @@ void FileWork::extract(FileIo *io) {
 }
 
 }  // namespace
+
+std::string contentTypeOf(const void *bytes, size_t size) {
+  return std::string(guessContentType({static_cast<const char *>(bytes), size}).mime);
+}
 
 OutputFrame frameOf(Task task) {
   switch (task) {

@@ -12,6 +12,7 @@
 #include "host/command/options.h"
 #include "host/filter/filter_library.h"
 #include "host/saving/object_extraction.h"
+#include "host/writers/html_writer.h"
 #include "host/writers/text_look.h"
 
 namespace px {
@@ -23,8 +24,12 @@ struct WorkSettings {
   TextLook look;
   bool titled;                       // each file's text stands under its name
   ObjectExtraction::Target *target;  // for Task::Extract, which one thread does
+  HtmlWriter *page;                  // for Task::Html, likewise
   std::atomic<uint64_t> *bytesRead;
 };
+
+// The MIME type of some content, for writers.
+std::string contentTypeOf(const void *bytes, size_t size);
 
 // What stands around the files' outputs.
 OutputFrame frameOf(Task task);

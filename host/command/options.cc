@@ -94,6 +94,7 @@ void take(int id, const char *value, Options *options) {
     case OptionFormat:
       options->task = valueNamed<Task>("--format", value,
                                        {{"text", Task::Text},
+                                        {"html", Task::Html},
                                         {"json", Task::Json},
                                         {"jsonl", Task::JsonLines},
                                         {"trace", Task::Trace}});

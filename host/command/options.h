@@ -11,7 +11,7 @@
 namespace px {
 
 // What is made of the files.
-enum class Task { Text, Json, JsonLines, Trace, Check, Extract };
+enum class Task { Text, Html, Json, JsonLines, Trace, Check, Extract };
 
 enum class Color { Auto, Always, Never };
 

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <optional>
 #include <system_error>
 
 #include "host/command/file_output.h"
@@ -16,6 +17,8 @@
 #include "host/command/progress.h"
 #include "host/filter/filter_library.h"
 #include "host/io/file_writer.h"
+#include "host/languages/translation.h"
+#include "host/writers/html_writer.h"
 
 namespace px {
 namespace {
@@ -39,6 +42,11 @@ bool showsProgress(const Options &options, int file) {
   return options.task == Task::Check || isatty(file) != 1;
 }
 
+std::string pageTitle(const Options &options, const InputList &inputs) {
+  if (inputs.isSingle() && options.files.size() == 1) return displayName(options.files.front());
+  return std::string(tr("Cards and calendars"));
+}
+
 ExitCode runInto(const Options &options, int file) {
   constexpr uint32_t kilobytes = 64;  // with less the filter reads a file in many small pieces
   setInputBuffer(filterLibrary(), kilobytes);
@@ -46,22 +54,30 @@ ExitCode runInto(const Options &options, int file) {
   InputList inputs(options);
   Progress progress(options, showsProgress(options, file));
   ObjectExtraction::Target target{SaveDirectory(options.directory), {}, options.namePattern};
+  DirectOutput output(frameOf(options.task), options.quiet, &writer);
+  std::optional<HtmlWriter> page;
+  if (options.task == Task::Html) {
+    page.emplace(contentTypeOf, [&output](std::string_view html) { output.write(html); });
+  }
   const WorkSettings settings{.filter = filterLibrary(),
                               .options = options,
                               .look = lookOf(options.color, file),
                               .titled = !inputs.isSingle(),
                               .target = &target,
+                              .page = page ? &*page : nullptr,
                               .bytesRead = &progress.bytes};
-  const WorkOnFile work = [&](const Input &input, FileOutput *output) {
-    const bool good = doFile(settings, input, output);
+  const WorkOnFile work = [&](const Input &input, FileOutput *to) {
+    const bool good = doFile(settings, input, to);
     ++progress.files;
     return good;
   };
-  // The objects' names go by the order of the files.
-  const uint32_t jobs = options.task == Task::Extract ? 1 : options.jobs;
-  DirectOutput output(frameOf(options.task), options.quiet, &writer);
+  // The objects' names go by the order of the files, and a page is one text.
+  const bool inOrder = options.task == Task::Extract || options.task == Task::Html;
+  const uint32_t jobs = inOrder ? 1 : options.jobs;
   output.begin();
+  if (page) page->begin(pageTitle(options, inputs), !inputs.isSingle());
   const bool good = runFiles(&inputs, jobs, work, &output);
+  if (page) page->end();
   output.end();
   return good ? ExitGood : ExitFailed;
 }

@@ -7,8 +7,6 @@
 #include "host/labels/label_texts.h"
 #include "host/labels/property_labels.h"
 #include "host/languages/translation.h"
-#include "host/source/ascii_case.h"
-#include "host/source/utf8.h"
 #include "host/writers/dates.h"
 
 namespace px {
@@ -23,65 +21,10 @@ constexpr std::string_view kBold = "\x1b[1m";
 constexpr std::string_view kDim = "\x1b[2m";
 constexpr std::string_view kPlain = "\x1b[0m";
 
-// A property by its string id, or by its name where the calls don't tell the one or the other.
-struct Mark {
-  uint32_t label;
-  std::string_view name;
-};
-
-constexpr Mark kDates[] = {
-    {79364, "CREATED"},  {79364, "DCREATED"},  {79365, "COMPLETED"},     {79368, "DUE"},
-    {79369, "DTEND"},    {79370, "EXDATE"},    {79372, "LAST-MODIFIED"}, {79378, "RDATE"},
-    {79382, "DTSTART"},  {79391, "BDAY"},      {79403, "REV"},           {0, "ANNIVERSARY"},
-    {0, "ACKNOWLEDGED"}, {0, "DEATHDATE"},     {0, "DTSTAMP"},           {0, "RECURRENCE-ID"},
-    {0, "X-ABDATE"},     {0, "X-ANNIVERSARY"},
-};
-constexpr Mark kMedia[] = {{79396, "LOGO"}, {79402, "PHOTO"}, {79405, "SOUND"}};
-constexpr Mark kKeys[] = {{79395, "KEY"}};
-constexpr Mark kLast[] = {{79411, "VERSION"}, {0, "PRODID"}};
-
-template <size_t N>
-bool isOneOf(const Mark (&marks)[N], uint32_t label, std::string_view name) {
-  return std::any_of(std::begin(marks), std::end(marks), [label, name](const Mark &mark) {
-    return name.empty() ? label != 0 && mark.label == label : mark.name == name;
-  });
-}
-
-// Parameters that tell how the value is written down; the value shows it no longer.
-constexpr std::string_view kHidden[] = {"CHARSET", "ENCODING"};
-
-// Of a property with a label: parameters that stand behind it, with how their value is shown.
-constexpr std::pair<std::string_view, std::string_view> kAdditions[] = {
-    {"FBTYPE", "%1"},          {"LANGUAGE", N_("language %1")},
-    {"RANGE", N_("range %1")}, {"RELATED", N_("related to %1")},
-    {"RELTYPE", "%1"},         {"X-SERVICE-TYPE", "%1"},
-};
-
 void addTo(std::string *list, std::string_view entry) {
   if (entry.empty()) return;
   if (!list->empty()) *list += ", ";
   *list += entry;
-}
-
-std::string joined(const std::vector<std::string> &values) {
-  std::string list;
-  for (const std::string &value : values) {
-    if (!list.empty()) list += ',';
-    list += value;
-  }
-  return list;
-}
-
-// "_$!<HomePage>!$_" is how an address book marks a label of its own.
-std::string_view cleanLabel(std::string_view label) {
-  constexpr std::string_view before = "_$!<", behind = ">!$_";
-  if (!label.starts_with(before) || !label.ends_with(behind) ||
-      label.size() < before.size() + behind.size()) {
-    return label;
-  }
-  label.remove_prefix(before.size());
-  label.remove_suffix(behind.size());
-  return label;
 }
 
 // Which lines of the summary stand together.
@@ -100,10 +43,6 @@ int blockOf(SummaryKind kind) {
 bool isHeading(SummaryKind kind) {
   return kind == SummaryKind::Name || kind == SummaryKind::Title ||
          kind == SummaryKind::Organisation || kind == SummaryKind::Summary;
-}
-
-bool isTimeZoneRule(std::string_view component) {
-  return component == "VTIMEZONE" || component == "STANDARD" || component == "DAYLIGHT";
 }
 
 }  // namespace
@@ -137,9 +76,8 @@ void CardText::endSection() {
   endSummaryLine({});
   endProperty();
   for (Row &row : std::exchange(last_, {})) {
-    label_ = std::move(row.label);
-    group_.clear();
-    additions_.clear();
+    head_ = PropertyHead();
+    head_.label = std::move(row.label);
     place_ = Place::Text;
     putLines(row.value);
     endProperty();
@@ -218,60 +156,15 @@ void CardText::moveToSummary() {
 void CardText::beginProperty(const Property &property) {
   endProperty();
   if (!inSection_ || !isShown_ || property.labelsGroup) return;
-  describe(property);
-}
-
-void CardText::describe(const Property &property) {
-  const std::string name = inCapitals(property.name);
-  const uint32_t id = property.label;
-  const std::string_view text = tr(propertyLabel(id, name));
-  isLabelled_ = !text.empty();
-  label_.clear();
-  appendPrintable(isLabelled_ ? text : property.name, &label_);
-  group_.clear();
-  appendPrintable(cleanLabel(property.groupLabel), &group_);
-  additions_.clear();
-  isKey_ = isOneOf(kKeys, id, name);
-  const bool isMedia = isOneOf(kMedia, id, name);
-  if (isLabelled_ && !isMedia) {
-    for (const std::string &type : property.types) addTo(&additions_, tr(typeLabel(type)));
-  } else if (!isLabelled_ && property.parameters.empty() && !property.types.empty()) {
-    additions_ = "TYPE=" + joined(property.types);
-  }
-  isDate_ = isOneOf(kDates, id, name);
-  const bool isLast = isOneOf(kLast, id, name) && !isAlarm_;
-  place_ = isDate_ ? Place::Date : isLast ? Place::Last : Place::Text;
-  if (isMedia) return;
-  for (const Parameter &parameter : property.parameters) describeParameter(parameter);
-}
-
-void CardText::describeParameter(const Parameter &parameter) {
-  const std::string_view name = parameter.name;
-  const std::string values = joined(parameter.values);
-  if (isDate_ && name == "TZID") {
-    timeZone_ = values;
-  } else if (isDate_ && name == "X-APPLE-OMIT-YEAR") {
-    omittedYear_ = values;
-  } else if (!isLabelled_) {
-    const bool isHidden =
-        std::find(std::begin(kHidden), std::end(kHidden), name) != std::end(kHidden);
-    if (!isHidden) addTo(&additions_, std::string(name) + "=" + values);
-  } else if (const std::string_view label = tr(parameterLabel(name)); !label.empty()) {
-    rows_.push_back({std::string(label), values});
-  } else if (name == "PREF" && values == "1") {
-    const std::string_view preferred = tr(typeLabel("pref"));
-    if (additions_.find(preferred) == std::string::npos) addTo(&additions_, preferred);
-  } else {
-    for (const auto &[shown, text] : kAdditions) {
-      if (shown == name) addTo(&additions_, filled(tr(text), {values}));
-    }
-  }
+  head_ = headOf(property);
+  place_ = head_.isDate ? Place::Date : head_.isLast && !isAlarm_ ? Place::Last : Place::Text;
 }
 
 void CardText::beginField(uint32_t label) {
   if (place_ == Place::Nowhere || inSummary_) return;
   putHeld();
-  if (place_ != Place::Last) place_ = isDate_ || label == kRunTimeId ? Place::Date : Place::Text;
+  if (place_ != Place::Last)
+    place_ = head_.isDate || label == kRunTimeId ? Place::Date : Place::Text;
   fieldLabel_ = tr(labelText(label));
   isOpen_ = false;
   breaks_ = 0;
@@ -281,10 +174,10 @@ void CardText::object(const PlacedObject &object) {
   if (place_ == Place::Nowhere || inSummary_) return;
   putHeld();
   place_ = Place::Text;
-  if (!isKey_) additions_.clear();
+  if (!head_.isKey) head_.additions.clear();
   const ObjectContent content = examineContent(object, contentTypeOf_);
   put("[");
-  put(object.title.empty() ? label_ : object.title);
+  put(object.title.empty() ? head_.label : object.title);
   put(": ");
   put(contentKind(content.type));
   put(", ");
@@ -293,17 +186,17 @@ void CardText::object(const PlacedObject &object) {
 }
 
 void CardText::lateParameter(const Parameter &parameter) {
-  if (place_ != Place::Nowhere) describeParameter(parameter);
+  if (place_ != Place::Nowhere) addParameter(parameter, &head_);
 }
 
 void CardText::endProperty() {
   if (place_ == Place::Last && !held_.empty() && last_.size() < kMostLast) {
-    last_.push_back({heading(), std::exchange(held_, {})});
+    last_.push_back({head_.heading(), std::exchange(held_, {})});
   }
   putHeld();
-  if (isOpen_ && !timeZone_.empty()) put(" " + timeZone_);
+  if (isOpen_ && !head_.timeZone.empty()) put(" " + head_.timeZone);
   if (labelWritten_) {
-    for (const Row &row : rows_) {
+    for (const Row &row : head_.rows) {
       fieldLabel_ = row.label;
       isOpen_ = false;
       breaks_ = 0;
@@ -315,26 +208,17 @@ void CardText::endProperty() {
   fieldLabel_ = {};
   labelWritten_ = isOpen_ = false;
   breaks_ = 0;
-  rows_.clear();
-  timeZone_.clear();
-  omittedYear_.clear();
-}
-
-// The label with what stands in parentheses behind it.
-std::string CardText::heading() const {
-  std::string list(group_);
-  addTo(&list, additions_);
-  return list.empty() ? label_ : label_ + (label_.empty() ? "(" : " (") + list + ")";
+  head_ = PropertyHead();
 }
 
 void CardText::moveToValue() {
   if (!labelWritten_) {
     beginListing();
     if (isAlarm_) {
-      writeSubLabel(heading());
+      writeSubLabel(head_.heading());
     } else {
       lines_.setIndent(kLabelIndent);
-      writeStyled(heading(), kDim);
+      writeStyled(head_.heading(), kDim);
     }
     labelWritten_ = true;
   }
@@ -435,7 +319,7 @@ void CardText::holdDates(std::string_view utf8) {
 void CardText::putHeld() {
   const std::string text = std::exchange(held_, {});
   if (place_ != Place::Date) return putLines(text);
-  const auto date = readableDate(text, omittedYear_);
+  const auto date = readableDate(text, head_.omittedYear);
   if (date && separated_) put(" ");
   put(date ? *date : text);
   separated_ = false;

@@ -33,6 +33,7 @@
 
 #include "host/reading/card_events.h"
 #include "host/writers/object_content.h"
+#include "host/writers/property_head.h"
 #include "host/writers/text_look.h"
 #include "host/writers/wrapped_lines.h"
 
@@ -66,16 +67,6 @@ class CardText : public CardEvents {
     Date,  // held: it may be a date
     Last,  // held until the section's end
   };
-
-  // A label and its value, with LF between the value's lines.
-  struct Row {
-    std::string label;
-    std::string value;
-  };
-
-  void describe(const Property &property);
-  void describeParameter(const Parameter &parameter);
-  std::string heading() const;
 
   void put(std::string_view utf8);
   void putLines(std::string_view utf8);
@@ -115,17 +106,9 @@ class CardText : public CardEvents {
   bool divided_ = false;                       // an empty line of the address stands above
   bool underline_ = false;                     // the line is the heading
 
-  std::string label_;        // of the property; waits for a value
-  std::string additions_;    // what stands in parentheses behind it: "home, voice"
-  std::string group_;        // what the card calls its group, likewise
-  bool isLabelled_ = false;  // px has a label for it
-  bool isKey_ = false;
-  bool isDate_ = false;
+  PropertyHead head_;  // its label waits for a value
   bool labelWritten_ = false;
   std::string_view fieldLabel_;  // waits likewise
-  std::vector<Row> rows_;        // of its parameters
-  std::string timeZone_;         // stands behind a date
-  std::string omittedYear_;      // stands for none in a date
   std::vector<Row> last_;
 };
 

@@ -1,5 +1,9 @@
 #include "host/writers/dates.h"
 
+#include <chrono>
+#include <iterator>
+#include <utility>
+
 #include "host/languages/translation.h"
 
 namespace px {
@@ -9,6 +13,9 @@ constexpr std::string_view kMonths[] = {
     N_("January"), N_("February"), N_("March"),     N_("April"),   N_("May"),      N_("June"),
     N_("July"),    N_("August"),   N_("September"), N_("October"), N_("November"), N_("December"),
 };
+
+constexpr std::string_view kWeekdays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                          "Thursday", "Friday", "Saturday"};
 
 bool isDigit(char c) { return '0' <= c && c <= '9'; }
 
@@ -123,7 +130,83 @@ bool readTime(Fields *from, std::string *to) {
   return readZone(from, to);
 }
 
+// Reads "2024-04-18" whole; no day of the calendar for any other text.
+std::chrono::year_month_day readDay(std::string_view text) {
+  std::string readable;
+  Fields fields(text);
+  const bool isDay = text.size() == 10 && readDate(&fields, {}, &readable) && readable == text;
+  if (!isDay) return {};
+  const auto number = [text](size_t from, size_t count) {
+    int value = 0;
+    for (const char c : text.substr(from, count)) value = value * 10 + (c - '0');
+    return value;
+  };
+  return {std::chrono::year(number(0, 4)), std::chrono::month(static_cast<unsigned>(number(5, 2))),
+          std::chrono::day(static_cast<unsigned>(number(8, 2)))};
+}
+
 }  // namespace
+
+std::optional<std::string> readableDuration(std::string_view text) {
+  constexpr std::pair<std::string_view, std::string_view> units[] = {
+      {"W", " weeks"}, {"D", " d"}, {"H", " h"}, {"M", " min"}, {"S", " s"}};
+  Fields fields(text);
+  if (!fields.take("-")) fields.take("+");
+  if (text.size() > LongestDate || !fields.take("P")) return std::nullopt;
+  std::string readable;
+  bool inTime = false;
+  size_t next = 0;  // unit that can follow
+  while (!fields.atEnd()) {
+    if (!inTime && fields.take("T")) inTime = true;
+    const std::string_view number = fields.digits();
+    while (next < std::size(units) && !fields.at(units[next].first)) ++next;
+    const bool isOfTime = next >= 2;
+    if (number.empty() || next == std::size(units) || isOfTime != inTime) return std::nullopt;
+    fields.take(units[next].first);
+    const size_t first = number.find_first_not_of('0');
+    if (first == number.npos) continue;
+    if (!readable.empty()) readable += ' ';
+    readable.append(number.substr(first)).append(units[next].second);
+  }
+  return readable;
+}
+
+std::string machineDate(std::string_view readable) {
+  std::string text(readable);
+  const bool isDated = text.size() >= 7 && isDigit(text[3]) && text[4] == '-';
+  const bool isTime = text.size() >= 5 && text[2] == ':';
+  if (!isDated && !isTime) return {};
+  if (text.ends_with(" UTC")) text.replace(text.size() - 4, 4, "Z");
+  if (const size_t blank = text.find(' '); isDated && blank != text.npos) text[blank] = 'T';
+  if (const size_t blank = text.find(' '); blank != text.npos) text.erase(blank, 1);
+  return text;
+}
+
+std::string dayInWords(std::string_view day) {
+  const std::chrono::year_month_day date = readDay(day);
+  if (!date.ok()) return std::string(day);
+  const unsigned weekday = std::chrono::weekday(date).c_encoding();
+  std::string text(kWeekdays[weekday]);
+  text += ", ";
+  text += withoutZero(day.substr(8));
+  text += ' ';
+  text += monthName(day.substr(5, 2));
+  return text.append(" ").append(day.substr(0, 4));
+}
+
+std::string dayBefore(std::string_view day) {
+  const std::chrono::year_month_day date = readDay(day);
+  if (!date.ok()) return std::string(day);
+  const std::chrono::year_month_day before = std::chrono::sys_days(date) - std::chrono::days(1);
+  if (before.year() < std::chrono::year(0)) return std::string(day);
+  const auto padded = [](unsigned number, size_t digits) {
+    const std::string text = std::to_string(number);
+    return std::string(digits - text.size(), '0') + text;
+  };
+  return padded(static_cast<unsigned>(static_cast<int>(before.year())), 4) + "-" +
+         padded(static_cast<unsigned>(before.month()), 2) + "-" +
+         padded(static_cast<unsigned>(before.day()), 2);
+}
 
 std::optional<std::string> readableDate(std::string_view text, std::string_view omitted) {
   Fields fields(text);

@@ -23,6 +23,20 @@ constexpr size_t LongestDate = 48;
 // other text.
 std::optional<std::string> readableDate(std::string_view text, std::string_view omitted = {});
 
+// Answers the readable form of a length of time: "PT1H30M" is "1 h 30 min", "-P1D" is "1 d",
+// without its sign. Nothing for any other text.
+std::optional<std::string> readableDuration(std::string_view text);
+
+// Answers the form for programs of what readableDate wrote, "2024-03-02T17:04:55Z"; an empty text
+// for a date without a year or without a month.
+std::string machineDate(std::string_view readable);
+
+// Answers "Thursday, 18 April 2024" for "2024-04-18"; the text itself when it is no day.
+std::string dayInWords(std::string_view day);
+
+// Answers "2024-04-17" for "2024-04-18"; the text itself when it is no day.
+std::string dayBefore(std::string_view day);
+
 }  // namespace px
 
 #endif

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <stdexcept>
-#include <vector>
 
 #include "host/languages/translation.h"
 #include "host/source/ascii_case.h"
@@ -66,21 +65,6 @@ static_assert(std::adjacent_find(std::begin(kKinds), std::end(kKinds),
                                  [](const Kind &a, const Kind &b) { return a.mime >= b.mime; }) ==
               std::end(kKinds));
 
-// Fills the buffer as far as the content goes and answers how far.
-size_t readFull(VcardIo *io, std::vector<char> *buffer) {
-  size_t filled = 0;
-  while (filled < buffer->size()) {
-    uint32_t count = 0;
-    const auto room = static_cast<uint32_t>(buffer->size() - filled);
-    if (io->Read(io, buffer->data() + filled, room, &count) != 0) {
-      throw std::runtime_error("an embedded object can't be read");
-    }
-    if (count == 0) break;
-    filled += count;
-  }
-  return filled;
-}
-
 bool isMimeType(std::string_view text) {
   const auto isPart = [](char c) {
     return ('a' <= c && c <= 'z') || ('A' <= c && c <= 'Z') || ('0' <= c && c <= '9') ||
@@ -92,19 +76,43 @@ bool isMimeType(std::string_view text) {
 
 }  // namespace
 
+ContentReader::ContentReader(const PlacedObject &object, const ContentTypeOf &contentTypeOf)
+    : io_(object.open()), piece_(kPiece), filled_(readFull()) {
+  type_ = contentTypeOf(piece_.data(), filled_);
+  const bool vague = type_ == "application/octet-stream" || type_ == "text/plain";
+  isDeclared_ = vague && isMimeType(object.declaredType);
+  if (isDeclared_) type_ = inSmallLetters(object.declaredType);
+}
+
+std::string_view ContentReader::next() {
+  if (begun_) filled_ = filled_ == kPiece ? readFull() : 0;
+  begun_ = true;
+  return {piece_.data(), filled_};
+}
+
+// Fills the piece as far as the content goes and answers how far.
+size_t ContentReader::readFull() {
+  size_t filled = 0;
+  while (filled < piece_.size()) {
+    uint32_t count = 0;
+    const auto room = static_cast<uint32_t>(piece_.size() - filled);
+    if (io_->Read(io_.get(), piece_.data() + filled, room, &count) != 0) {
+      throw std::runtime_error("an embedded object can't be read");
+    }
+    if (count == 0) break;
+    filled += count;
+  }
+  return filled;
+}
+
 ObjectContent examineContent(const PlacedObject &object, const ContentTypeOf &contentTypeOf) {
-  std::vector<char> piece(kPiece);
-  const OpenIo io = object.open();
-  size_t count = readFull(io.get(), &piece);
-  ObjectContent content{contentTypeOf(piece.data(), count), count};
-  // Where the bytes say little the card is believed, if that is a type.
-  const bool vague = content.type == "application/octet-stream" || content.type == "text/plain";
-  if (vague && isMimeType(object.declaredType)) content.type = inSmallLetters(object.declaredType);
+  ContentReader reader(object, contentTypeOf);
+  ObjectContent content{reader.type(), 0};
   if (object.size) {
     content.size = *object.size;
     return content;
   }
-  while (count == kPiece) content.size += count = readFull(io.get(), &piece);
+  for (size_t count; (count = reader.next().size()) > 0;) content.size += count;
   return content;
 }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/reading/card_events.h"
 
@@ -15,6 +16,32 @@ namespace px {
 
 // Answers the MIME type of some content by its first bytes.
 using ContentTypeOf = std::function<std::string(const void *bytes, size_t size)>;
+
+// The content of an object, read once from its start to its end. The members throw
+// std::runtime_error, with a text for a person, when it can't be read.
+class ContentReader {
+ public:
+  // Reads the first piece.
+  ContentReader(const PlacedObject &object, const ContentTypeOf &contentTypeOf);
+
+  // The MIME type: what the bytes tell, or, where they say little, what the card declares.
+  const std::string &type() const { return type_; }
+  bool isDeclared() const { return isDeclared_; }
+
+  // Answers the next piece, the first one at first; an empty one at the end. It is valid until the
+  // next call.
+  std::string_view next();
+
+ private:
+  size_t readFull();
+
+  const OpenIo io_;
+  std::vector<char> piece_;
+  size_t filled_ = 0;
+  bool begun_ = false;
+  std::string type_;
+  bool isDeclared_ = false;
+};
 
 struct ObjectContent {
   std::string type;   // MIME type
