@@ -552,6 +552,7 @@ void CallReader::putViewValue(const SummaryNote &note) {
   for (;;) {
     const size_t end = hasFields ? std::min(rest.find(';'), rest.size()) : rest.size();
     appendUnquoted(rest.substr(0, end), &fields.back());
+    if (note.cut) std::replace(fields.back().begin(), fields.back().end(), FieldDivider, '\n');
     if (end == rest.size()) break;
     fields.emplace_back();
     rest.remove_prefix(end + 1);
