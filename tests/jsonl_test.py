@@ -346,6 +346,14 @@ MADE = {
     "no-end.vcf": (PLAIN[:-11].encode() + PLAIN.encode(), None, {1}),
     "cut.vcf": ((PLAIN + PLAIN[:-11]).encode(), None, {8}),
     "invalid.vcf": (card("Berg", "Ann", "a\xffb", ";CHARSET=UTF-8").encode("latin-1"), None, {6}),
+    **{f"plain-{key}.vcf": (PLAIN.replace(";;;", "").replace("TEL", f"{line}\r\nTEL").encode(), None, ())
+       for key, line in {
+           "key": "KEY;BASE64:QUJD\r\n QU JD\r\n",
+           "version": "VERSION:3.0\r\nTITLE:a\\,b",
+           "encodings": "NOTE;QUOTED-PRINTABLE;ENCODING=8BIT:=41",
+           "soft-break": "NOTE;QUOTED-PRINTABLE:a= \r\n b",
+           "agent": f"AGENT:{'x' * 70000}\r\n\"a:b\":c",
+           "full-field": f"ADR;QUOTED-PRINTABLE:{'x' * 255}=0A;"}.items()},
     "base64.vcf": (PLAIN.replace("TEL", "KEY;BASE64:QUJD*QUJD\r\nTEL").encode(), None, {5}),
     "outside.vcf": (f"Found:\n{PLAIN}\non a shelf\nTEL:1\n{PLAIN}end".encode(), None, {1, 10, 19}),
 }

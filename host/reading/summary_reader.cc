@@ -7,6 +7,7 @@
 #include "host/reading/type_list.h"
 #include "host/source/ascii_case.h"
 #include "host/source/property_table.h"
+#include "host/source/value_text.h"
 #include "host/source/view_text.h"
 #include "px/vcrd.h"
 
@@ -279,6 +280,7 @@ void SummaryReader::putViewValue(const SummaryNote &note) {
   for (;;) {
     const size_t end = hasFields ? std::min(rest.find(';'), rest.size()) : rest.size();
     appendUnquoted(rest.substr(0, end), &fields.back());
+    if (note.cut) std::replace(fields.back().begin(), fields.back().end(), FieldDivider, '\n');
     if (end == rest.size()) break;
     fields.emplace_back();
     rest.remove_prefix(end + 1);

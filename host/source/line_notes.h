@@ -62,7 +62,7 @@ struct SummaryNote {
   SummaryRole role = SummaryRole::None;
   std::vector<std::string> types;
   Extent value;      // in the view: quoted-printable in one line, fields divided by semicolons
-  bool cut = false;  // the filter shows less than that
+  bool cut = false;  // the filter shows less than that; FieldDivider stands for line ends
 };
 
 struct SectionNote {

@@ -479,7 +479,15 @@ void PropertyView::addFields() {
                      });
   const bool takesPlace = isIndexed() && areBlank(fields);
   if (isCut || takesPlace) {
-    if (!takesPlace && isIndexed()) putForSummary([&] { putFields(fields, true); });
+    if (!takesPlace && isIndexed()) {
+      putForSummary([&] {
+        // Behind a field's last byte that the filter keeps, a line end would end the value.
+        std::vector<std::string> lines = fields;
+        for (std::string &field : lines)
+          std::replace(field.begin(), field.end(), '\n', FieldDivider);
+        putFields(lines, true);
+      });
+    }
     note_.fieldsInText = true;
     putPlainLine(text_);
   } else {
