@@ -2,7 +2,9 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "host/source/utf8.h"
 
@@ -45,6 +47,18 @@ char32_t windows1251(uint32_t code) {
   return code < 0x80 ? code : code < 0x100 ? characters[code - 0x80] : kReplacement;
 }
 
+// How many codes at the head are ASCII; four are looked at in a step.
+size_t asciiLength(std::span<const uint16_t> codes) {
+  size_t length = 0;
+  for (; length + 4 <= codes.size(); length += 4) {
+    uint64_t four;
+    std::memcpy(&four, &codes[length], sizeof four);
+    if ((four & 0xFF80FF80FF80FF80) != 0) break;
+  }
+  while (length < codes.size() && codes[length] < 0x80) ++length;
+  return length;
+}
+
 }  // namespace
 
 void CharacterDecoder::setCharset(uint32_t set, std::string *utf8) {
@@ -66,18 +80,18 @@ void CharacterDecoder::put(uint16_t code, std::string *utf8) {
 }
 
 void CharacterDecoder::put(std::span<const uint16_t> codes, std::string *utf8) {
-  size_t at = 0;
-  while (at < codes.size()) {
-    size_t plain = at;
-    while (heldCount_ == 0 && plain < codes.size() && codes[plain] < 0x80) ++plain;
-    if (plain > at) {
+  while (!codes.empty()) {
+    const size_t ascii = heldCount_ == 0 ? asciiLength(codes) : 0;
+    if (ascii > 0) {
       const size_t size = utf8->size();
-      utf8->resize(size + plain - at);
-      char *to = utf8->data() + size;
-      for (size_t i = at; i < plain; ++i) *to++ = static_cast<char>(codes[i]);
-      at = plain;
+      utf8->resize(size + ascii);
+      std::transform(codes.begin(), codes.begin() + static_cast<ptrdiff_t>(ascii),
+                     utf8->begin() + static_cast<ptrdiff_t>(size),
+                     [](uint16_t code) { return static_cast<char>(code); });
+      codes = codes.subspan(ascii);
     } else {
-      put(codes[at++], utf8);
+      put(codes.front(), utf8);
+      codes = codes.subspan(1);
     }
   }
 }
@@ -102,7 +116,7 @@ void CharacterDecoder::putDefault(uint8_t byte, std::string *utf8) {
   }
 }
 
-void CharacterDecoder::finish(std::string *utf8) {
+void CharacterDecoder::giveUpHeld(std::string *utf8) {
   for (uint32_t i = 0; i < heldCount_; ++i) appendUtf8(windows1252(held_[i]), utf8);
   heldCount_ = 0;
 }

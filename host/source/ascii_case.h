@@ -8,7 +8,10 @@
 
 namespace px {
 
-bool equalsNoCase(std::string_view a, std::string_view b);
+bool equalsNoCaseAtOneLength(std::string_view a, std::string_view b);
+inline bool equalsNoCase(std::string_view a, std::string_view b) {
+  return a.size() == b.size() && equalsNoCaseAtOneLength(a, b);
+}
 std::string inCapitals(std::string_view text);
 std::string inSmallLetters(std::string_view text);
 

@@ -295,6 +295,7 @@ void CardText::lateParameter(const Parameter &parameter) {
 }
 
 void CardText::endProperty() {
+  if (place_ == Place::Nowhere) return;
   if (place_ == Place::Last && !held_.empty() && last_.size() < kMostLast) {
     last_.push_back({heading(), std::exchange(held_, {})});
   }
@@ -431,6 +432,10 @@ void CardText::holdDates(std::string_view utf8) {
 
 // Puts what is held, if anything is.
 void CardText::putHeld() {
+  if (held_.empty()) {
+    if (place_ == Place::Date) separated_ = false;
+    return;
+  }
   const std::string text = std::exchange(held_, {});
   if (place_ != Place::Date) return putLines(text);
   const auto date = readableDate(text, omittedYear_);

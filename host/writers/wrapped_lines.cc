@@ -3,6 +3,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "host/source/utf8.h"
@@ -13,8 +14,6 @@ namespace {
 constexpr size_t kMaxHeld = 8192;
 constexpr size_t kMaxLine = 4096;  // bytes: characters without a width would make it endless
 constexpr size_t kNone = std::string::npos;
-
-bool isPlain(char byte) { return 0x20 <= byte && byte <= 0x7E; }
 
 struct Character {
   char32_t code;
@@ -42,12 +41,15 @@ bool canBeginLine(char32_t code) {
 
 uint32_t displayWidth(std::string_view utf8) {
   uint32_t width = 0;
-  while (!utf8.empty()) {
+  for (;;) {
+    const size_t plain = printableAsciiLength(utf8);
+    width += static_cast<uint32_t>(plain);
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) return width;
     const Character character = characterAt(utf8);
     width += character.width;
     utf8.remove_prefix(character.length);
   }
-  return width;
 }
 
 size_t lengthWithin(std::string_view utf8, uint32_t columns) {
@@ -62,19 +64,17 @@ size_t lengthWithin(std::string_view utf8, uint32_t columns) {
 }
 
 void WrappedLines::write(std::string_view utf8) {
-  while (!utf8.empty()) {
-    const bool plain = isPlain(utf8[0]);
-    const auto other = std::find_if(utf8.begin() + 1, utf8.end(),
-                                    [plain](char byte) { return isPlain(byte) != plain; });
-    const auto length = static_cast<size_t>(other - utf8.begin());
-    if (plain) {
-      writePlain(utf8.substr(0, length));
-    } else {
-      printable_.clear();
-      appendPrintable(utf8.substr(0, length), &printable_);
-      writeOther(printable_);
-    }
-    utf8.remove_prefix(length);
+  for (;;) {
+    const size_t plain = printableAsciiLength(utf8);
+    writePlain(utf8.substr(0, plain));
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) return;
+    size_t other = 1;
+    while (other < utf8.size() && printableAsciiLength(utf8.substr(other, 1)) == 0) ++other;
+    printable_.clear();
+    appendPrintable(utf8.substr(0, other), &printable_);
+    writeOther(printable_);
+    utf8.remove_prefix(other);
   }
 }
 
@@ -110,11 +110,11 @@ void WrappedLines::writeOther(std::string_view utf8) {
 // Adds plain text for which there is room.
 void WrappedLines::add(std::string_view text) {
   const size_t first = hasText_ ? 0 : text.find_first_not_of(' ');
-  const size_t blank = text.rfind(' ');
   if (first != kNone) {
-    if (blank != kNone && blank >= first) {
-      break_ = line_.size() + blank + 1;
-      breakColumn_ = column_ + static_cast<uint32_t>(blank) + 1;
+    if (const void *blank = memrchr(text.data() + first, ' ', text.size() - first)) {
+      const auto end = static_cast<size_t>(static_cast<const char *>(blank) + 1 - text.data());
+      break_ = line_.size() + end;
+      breakColumn_ = column_ + static_cast<uint32_t>(end);
     }
     hasText_ = true;
   }
