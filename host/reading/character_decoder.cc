@@ -6,6 +6,7 @@
 #include <array>
 #include <cstring>
 
+#include "host/source/byte_search.h"
 #include "host/source/utf8.h"
 
 namespace px {
@@ -47,16 +48,26 @@ char32_t windows1251(uint32_t code) {
   return code < 0x80 ? code : code < 0x100 ? characters[code - 0x80] : kReplacement;
 }
 
-// How many codes at the head are ASCII; four are looked at in a step.
-size_t asciiLength(std::span<const uint16_t> codes) {
-  size_t length = 0;
-  for (; length + 4 <= codes.size(); length += 4) {
-    uint64_t four;
-    std::memcpy(&four, &codes[length], sizeof four);
-    if ((four & 0xFF80FF80FF80FF80) != 0) break;
+// Appends the codes at the head that are ASCII, up to a number; answers how many they are. Eight
+// are taken in a step.
+size_t appendAscii(std::span<const uint16_t> codes, std::string *utf8) {
+  char bytes[256];
+  codes = codes.first(std::min(codes.size(), sizeof bytes));
+  size_t count = 0;
+  using Codes = uint16_t __attribute__((vector_size(16)));
+  using Bytes = char __attribute__((vector_size(8)));
+  for (constexpr size_t step = 8; count + step <= codes.size(); count += step) {
+    Codes eight;
+    std::memcpy(&eight, &codes[count], sizeof eight);
+    if (bitsOf(ByteVector(eight >= 0x80)) != 0) break;
+    const Bytes narrow = __builtin_convertvector(eight, Bytes);
+    std::memcpy(bytes + count, &narrow, sizeof narrow);
   }
-  while (length < codes.size() && codes[length] < 0x80) ++length;
-  return length;
+  for (; count < codes.size() && codes[count] < 0x80; ++count) {
+    bytes[count] = static_cast<char>(codes[count]);
+  }
+  utf8->append(bytes, count);
+  return count;
 }
 
 }  // namespace
@@ -81,15 +92,9 @@ void CharacterDecoder::put(uint16_t code, std::string *utf8) {
 
 void CharacterDecoder::put(std::span<const uint16_t> codes, std::string *utf8) {
   while (!codes.empty()) {
-    const size_t ascii = heldCount_ == 0 ? asciiLength(codes) : 0;
-    if (ascii > 0) {
-      const size_t size = utf8->size();
-      utf8->resize(size + ascii);
-      std::transform(codes.begin(), codes.begin() + static_cast<ptrdiff_t>(ascii),
-                     utf8->begin() + static_cast<ptrdiff_t>(size),
-                     [](uint16_t code) { return static_cast<char>(code); });
-      codes = codes.subspan(ascii);
-    } else {
+    if (heldCount_ == 0) codes = codes.subspan(appendAscii(codes, utf8));
+    // What follows is mostly the characters of one word.
+    while (!codes.empty() && (heldCount_ > 0 || codes.front() >= 0x80)) {
       put(codes.front(), utf8);
       codes = codes.subspan(1);
     }

@@ -10,7 +10,7 @@ char toSmall(char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' +
 
 }  // namespace
 
-bool equalsNoCaseAtOneLength(std::string_view a, std::string_view b) {
+bool sameLettersNoCase(std::string_view a, std::string_view b) {
   return std::equal(a.begin(), a.end(), b.begin(),
                     [](char x, char y) { return toCapital(x) == toCapital(y); });
 }

@@ -173,6 +173,8 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
   constexpr std::string_view scheme = "data:";
   constexpr std::string_view mark = ";BASE64,";
   constexpr size_t longest = 1024;
+  const int first = source_->peek();
+  if (first != 'd' && first != 'D' && first != '\\' && first != '\r' && first != '\n') return false;
   std::string prefix;
   while (prefix.size() < longest) {
     const int c = source_->peek();
@@ -269,16 +271,23 @@ void PropertyView::addText(const ContentLine &line) {
   if (transfer_ == Transfer::Base64) decodeBase64();
 
   size_t open;
-  beginDecoder(isUtf8(raw_, &open) && open == 0);
-  decoded_.clear();
-  decoder_.put(raw_, &decoded_);
-  if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
+  const bool valid = isUtf8(raw_, &open) && open == 0;
+  beginDecoder(valid);
+  std::string_view decoded = raw_;
+  if (!valid || !decoder_.readsUtf8()) {
+    decoded_.clear();
+    decoder_.put(raw_, &decoded_);
+    if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
+    decoded = decoded_;
+  }
   text_.clear();
   ValueText meaning(rules_.escapes, separator_);
-  meaning.put(decoded_, &text_);
+  meaning.put(decoded, &text_);
   meaning.finish(&text_);
   // The filter drops the blanks before a value that it knows.
-  if (known_ && transfer_ == Transfer::Plain) text_ = withoutLeadingBlanks(text_);
+  if (known_ && transfer_ == Transfer::Plain) {
+    text_.erase(0, text_.size() - withoutLeadingBlanks(text_).size());
+  }
   addWhole();
 }
 

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "host/source/byte_search.h"
+
 namespace px {
 namespace {
 
@@ -71,17 +73,7 @@ size_t validUtf8Length(std::string_view bytes, bool *cut) {
 }
 
 size_t printableAsciiLength(std::string_view text) {
-  constexpr uint64_t ones = 0x0101010101010101;
-  constexpr uint64_t tops = 0x8080808080808080;
-  size_t length = 0;
-  for (; length + 8 <= text.size(); length += 8) {
-    uint64_t word;
-    std::memcpy(&word, text.data() + length, 8);
-    // A top bit comes of any byte above 0x7E, and of one below a blank.
-    if (((word | (word + ones) | (word - 0x20 * ones)) & tops) != 0) break;
-  }
-  while (length < text.size() && ' ' <= text[length] && text[length] <= '~') ++length;
-  return length;
+  return lengthBefore(text, [](ByteVector b) { return ByteVector(b - ' ' > '~' - ' '); });
 }
 
 void appendUtf8(char32_t character, std::string *utf8) {
@@ -109,9 +101,11 @@ void appendUtf8(char32_t character, std::string *utf8) {
 
 void appendPrintable(std::string_view utf8, std::string *to) {
   while (!utf8.empty()) {
-    size_t length = printableAsciiLength(utf8);
-    const bool isPlain = length > 0;
-    if (!isPlain && drivesTerminal(decodeOne(utf8, &length))) {
+    size_t length;
+    if (isPrintableAscii(utf8.front())) {
+      length = printableAsciiLength(utf8);
+      to->append(utf8, 0, length);
+    } else if (drivesTerminal(decodeOne(utf8, &length))) {
       appendUtf8(kReplacement, to);
     } else {
       to->append(utf8, 0, length);

@@ -69,8 +69,8 @@ void WrappedLines::write(std::string_view utf8) {
     writePlain(utf8.substr(0, plain));
     utf8.remove_prefix(plain);
     if (utf8.empty()) return;
-    size_t other = 1;
-    while (other < utf8.size() && printableAsciiLength(utf8.substr(other, 1)) == 0) ++other;
+    const auto next = std::find_if(utf8.begin(), utf8.end(), isPrintableAscii);
+    const auto other = static_cast<size_t>(next - utf8.begin());
     printable_.clear();
     appendPrintable(utf8.substr(0, other), &printable_);
     writeOther(printable_);
