@@ -167,7 +167,10 @@ void visitSection(Note &note, Visit visit) {
 
 std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
   const auto isType = [](const Parameter &parameter) { return parameter.name == "TYPE"; };
-  if (std::none_of(parameters.begin(), parameters.end(), isType)) return {};
+  const auto first = std::find_if(parameters.begin(), parameters.end(), isType);
+  if (first == parameters.end()) return {};
+  const bool isOnly = std::none_of(first + 1, parameters.end(), isType);
+  if (isOnly && first->values.size() == 1) return {inSmallLetters(first->values.front())};
   std::vector<std::pair<int, std::string>> types;
   for (const Parameter &parameter : parameters) {
     if (parameter.name != "TYPE") continue;
@@ -180,8 +183,6 @@ std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
   std::stable_sort(types.begin(), types.end(),
                    [](const auto &a, const auto &b) { return a.first < b.first; });
   std::vector<std::string> names;
-  if (types.size() == 1) names.push_back(std::move(types.front().second));
-  if (types.size() <= 1) return names;
   std::unordered_set<std::string> seen;
   for (auto &[number, name] : types) {
     if (seen.insert(name).second) names.push_back(std::move(name));

@@ -33,18 +33,18 @@ std::string_view cut(std::string_view text) {
   return text.substr(0, size);
 }
 
-std::vector<std::string> split(std::string_view text) {
-  std::vector<std::string> fields;
+std::vector<std::string_view> split(std::string_view text) {
+  std::vector<std::string_view> fields;
   for (;;) {
     const size_t end = std::min(text.find(FieldDivider), text.size());
-    fields.emplace_back(text.substr(0, end));
+    fields.push_back(text.substr(0, end));
     if (end == text.size()) return fields;
     text.remove_prefix(end + 1);
   }
 }
 
-bool areEmpty(const std::vector<std::string> &fields) {
-  return std::all_of(fields.begin(), fields.end(), [](const auto &field) { return field.empty(); });
+bool areEmpty(const std::vector<std::string_view> &fields) {
+  return std::all_of(fields.begin(), fields.end(), [](auto field) { return field.empty(); });
 }
 
 bool isBase64Digit(char c) {
@@ -458,18 +458,16 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
 
 // Writes the fields in text_.
 void PropertyView::addFields() {
-  std::vector<std::string> fields = split(text_);
+  std::vector<std::string_view> fields = split(text_);
   if (transfer_ == Transfer::Plain) {
-    for (std::string &field : fields)
-      field.erase(0, field.size() - withoutLeadingBlanks(field).size());
+    for (std::string_view &field : fields) field = withoutLeadingBlanks(field);
   }
   const bool rows = known_->form == PropertyForm::Rows;
   const size_t most = rows ? known_->fields.size() : kMostLines;
   while (fields.size() > most && fields.back().empty()) fields.pop_back();
   const bool isCut = fields.size() > most ||
-                     std::any_of(fields.begin(), fields.end(), [](const std::string &field) {
-                       return field.size() > kLongestField;
-                     });
+                     std::any_of(fields.begin(), fields.end(),
+                                 [](auto field) { return field.size() > kLongestField; });
   const bool takesPlace = isIndexed() && areEmpty(fields);
   if (isCut || takesPlace) {
     if (!takesPlace && isIndexed()) putForSummary([&] { putFields(fields, true); });
@@ -488,7 +486,7 @@ void PropertyView::addFields() {
   if (nameFromParts_ && isIndexed() && known_->role == SummaryRole::Name) putNameFromParts(fields);
 }
 
-void PropertyView::putFields(const std::vector<std::string> &fields, bool isCut) {
+void PropertyView::putFields(const std::vector<std::string_view> &fields, bool isCut) {
   putHead(true);
   const uint64_t start = view_->size();
   for (size_t i = 0; i < fields.size(); ++i) {
@@ -512,7 +510,7 @@ void PropertyView::putForSummary(Put put) {
   note_ = whole;
 }
 
-void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
+void PropertyView::putNameFromParts(const std::vector<std::string_view> &parts) {
   std::string name;
   const auto add = [&](size_t i) {
     if (i >= parts.size() || parts[i].empty()) return;

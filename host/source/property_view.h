@@ -80,9 +80,9 @@ class PropertyView {
   void putForSummary(Put put);
   void putUnderOwnName(std::string_view text);
   void putUnderOtherName(std::string_view text);
-  void putFields(const std::vector<std::string> &fields, bool isCut);
+  void putFields(const std::vector<std::string_view> &fields, bool isCut);
   void putFormattedName(std::string_view name);
-  void putNameFromParts(const std::vector<std::string> &parts);
+  void putNameFromParts(const std::vector<std::string_view> &parts);
 
   bool isIndexed() const;
 
