@@ -1,9 +1,10 @@
-// card_reader: what a file of cards costs a host that only counts the calls.
+// card_reader: what a file of cards costs a host that only counts the calls, or makes its view.
 //
 //   card_reader filter vcard|vcalendar FILE   reads FILE through the filter; prints the number of
 //                                             calls of each output routine, as ID:NUMBER
 //   card_reader floor FILE [ID:NUMBER]...     what no filter can do without
 //   card_reader lines FILE [ID:NUMBER]...     the floor of a file that is nearly all Base64
+//   card_reader view FILE                     the pass that makes the view which pxcard reads
 //
 // The floor reads the file twice, as the two passes over a card do, through the same I/O object
 // with a buffer of the same size, and makes the given calls through the table of a record; nothing
@@ -17,12 +18,14 @@
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <tuple>
 #include <vector>
 
-#include "host/io/file_io.h"
 #include "host/filter/filter_library.h"
+#include "host/io/file_io.h"
+#include "host/source/source_view.h"
 #include "px/util.h"
 #include "vcrd/frame/host_routines.h"
 
@@ -147,6 +150,13 @@ class Floor {
   uint64_t lines_ = 0;
 };
 
+void makeView(VcardIo *io) {
+  uint64_t faults = 0;
+  const SourceView view(io, [&](uint64_t, const std::string &) { ++faults; });
+  std::printf("%llu sections, %llu bytes, %llu faults\n", 0ULL + view.notes().sectionCount(),
+              0ULL + view.text().size(), 0ULL + faults);
+}
+
 // Takes the arguments ID:NUMBER.
 Counts wantedCalls(char **begin, char **end) {
   Counts counts;
@@ -164,10 +174,12 @@ int run(int argc, char **argv) {
   const std::string_view mode = argc > 1 ? argv[1] : "";
   const bool isFilter = mode == "filter" && argc == 4;
   const bool isFloor = (mode == "floor" || mode == "lines") && argc > 2;
-  if (!isFilter && !isFloor) {
+  const bool isView = mode == "view" && argc == 3;
+  if (!isFilter && !isFloor && !isView) {
     std::fprintf(stderr,
                  "card_reader filter vcard|vcalendar FILE\n"
-                 "card_reader floor|lines FILE [ID:NUMBER]...\n");
+                 "card_reader floor|lines FILE [ID:NUMBER]...\n"
+                 "card_reader view FILE\n");
     return 2;
   }
   const char *const name = isFilter ? argv[3] : argv[2];
@@ -177,13 +189,15 @@ int run(int argc, char **argv) {
     return 1;
   }
   FileIo io(std::move(file));
-  if (isFilter) {
-    const bool isCalendar = std::string_view(argv[2]) == "vcalendar";
-    runFilter(isCalendar ? VcardFormatVcalendar : VcardFormatVcard, &io);
-  } else {
-    Floor(&io, mode == "lines").run(wantedCalls(argv + 3, argv + argc));
-  }
   try {
+    if (isView) {
+      makeView(&io);
+    } else if (isFilter) {
+      const bool isCalendar = std::string_view(argv[2]) == "vcalendar";
+      runFilter(isCalendar ? VcardFormatVcalendar : VcardFormatVcard, &io);
+    } else {
+      Floor(&io, mode == "lines").run(wantedCalls(argv + 3, argv + argc));
+    }
     io.check();
   } catch (const std::runtime_error &error) {
     std::fprintf(stderr, "%s: %s\n", name, error.what());

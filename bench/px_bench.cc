@@ -152,8 +152,15 @@ class Bench {
     bench::run(filter, counts);
     std::ifstream lines(counts);
     for (std::string line; std::getline(lines, line);) floor.push_back(line);
-    std::vector<Row> rows = {
-        {"floor", floor}, {"filter", filter}, {"text", {programs_ / "pxcard", file}}};
+    const std::string pxcard = programs_ / "pxcard";
+    std::vector<Row> rows = {{"floor", floor},
+                             {"filter", filter},
+                             {"view", {reader, "view", file}},
+                             {"text raw", {pxcard, "--raw", file}},
+                             {"text", {pxcard, file}}};
+    if (corpus.purpose == Purpose::Kind) {
+      rows.push_back({"jsonl", {pxcard, "--format", "jsonl", file}});
+    }
     if (corpus.purpose == Purpose::Kind) {
       for (const std::string peer : {"vobject", "evcard", "kcontacts"}) {
         const fs::path program = programs_ / ("read_by_" + peer);

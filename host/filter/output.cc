@@ -26,8 +26,8 @@ void guard(uint64_t user0, Member member) noexcept {
 
 int64_t emitChar(uint16_t code, uint64_t user0, uint64_t /*user1*/) {
   auto *route = reinterpret_cast<OutputRoute *>(user0);
-  if (route->held == OutputRoute::Capacity) route->flush();
-  route->codes[route->held++] = code;
+  route->codes[route->held] = code;
+  if (++route->held == OutputRoute::Capacity) route->handOn();
   return 0;
 }
 
@@ -69,8 +69,8 @@ int64_t emitBreak(uint32_t kind, uint32_t zero, uint64_t user0, uint64_t /*user1
 
 }  // namespace
 
-void OutputRoute::flush() noexcept {
-  if (held == 0) return;
+// Out of line, so that the call for a character saves no registers.
+[[gnu::noinline]] void OutputRoute::handOn() noexcept {
   const std::span<const uint16_t> run(codes, held);
   held = 0;
   call(this, [&](Output &to) { to.emitChars(run); });

@@ -58,7 +58,10 @@ struct OutputRoute {
   uint16_t codes[Capacity];
 
   // Hands on the characters that wait.
-  void flush() noexcept;
+  void flush() noexcept {
+    if (held > 0) handOn();
+  }
+  void handOn() noexcept;
 };
 
 // Sets the user values and all routines of `data` so that they call `route->output`. Both must

@@ -1,6 +1,7 @@
 #include "host/labels/label_texts.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "host/languages/translation.h"
@@ -127,9 +128,20 @@ static_assert(std::adjacent_find(std::begin(kLabels), std::end(kLabels),
                                  [](const Label &a, const Label &b) { return a.id >= b.id; }) ==
               std::end(kLabels));
 
+// Most ids follow one another; those texts are found by their number.
+constexpr uint32_t kFirstId = std::begin(kLabels)->id;
+constexpr auto kFirstTexts = [] {
+  std::array<std::string_view, 100> texts;
+  for (const Label &label : kLabels) {
+    if (label.id - kFirstId < texts.size()) texts[label.id - kFirstId] = label.text;
+  }
+  return texts;
+}();
+
 }  // namespace
 
 std::string_view labelText(uint32_t id) {
+  if (id - kFirstId < kFirstTexts.size()) return kFirstTexts[id - kFirstId];
   const Label *found = std::lower_bound(std::begin(kLabels), std::end(kLabels), id, precedes);
   return found != std::end(kLabels) && found->id == id ? found->text : std::string_view();
 }

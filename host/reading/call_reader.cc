@@ -113,12 +113,6 @@ void CallReader::emitChars(std::span<const uint16_t> codes) {
   if (run_.size() >= most) handOn();
 }
 
-// Ends the text that has come since the last other call.
-void CallReader::takeRun() {
-  decoder_.finish(&run_);
-  if (!run_.empty()) handOn();
-}
-
 void CallReader::handOn() {
   if (place_ == Place::Summary) summary_.text(run_, stringBegins_);
   if (place_ == Place::Listing) property_.text(run_);

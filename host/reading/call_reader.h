@@ -63,7 +63,11 @@ class CallReader : public Output {
     Title,  // of an attachment, in the listing
   };
 
-  void takeRun();
+  // Ends the text that has come since the last other call.
+  void takeRun() {
+    decoder_.finish(&run_);
+    if (!run_.empty()) handOn();
+  }
   void handOn();
   void endSection();
 

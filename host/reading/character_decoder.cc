@@ -2,8 +2,11 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 
+#include "host/source/byte_search.h"
 #include "host/source/utf8.h"
 
 namespace px {
@@ -45,6 +48,28 @@ char32_t windows1251(uint32_t code) {
   return code < 0x80 ? code : code < 0x100 ? characters[code - 0x80] : kReplacement;
 }
 
+// Appends the codes at the head that are ASCII, up to a number; answers how many they are. Eight
+// are taken in a step.
+size_t appendAscii(std::span<const uint16_t> codes, std::string *utf8) {
+  char bytes[256];
+  codes = codes.first(std::min(codes.size(), sizeof bytes));
+  size_t count = 0;
+  using Codes = uint16_t __attribute__((vector_size(16)));
+  using Bytes = char __attribute__((vector_size(8)));
+  for (constexpr size_t step = 8; count + step <= codes.size(); count += step) {
+    Codes eight;
+    std::memcpy(&eight, &codes[count], sizeof eight);
+    if (bitsOf(ByteVector(eight >= 0x80)) != 0) break;
+    const Bytes narrow = __builtin_convertvector(eight, Bytes);
+    std::memcpy(bytes + count, &narrow, sizeof narrow);
+  }
+  for (; count < codes.size() && codes[count] < 0x80; ++count) {
+    bytes[count] = static_cast<char>(codes[count]);
+  }
+  utf8->append(bytes, count);
+  return count;
+}
+
 }  // namespace
 
 void CharacterDecoder::setCharset(uint32_t set, std::string *utf8) {
@@ -66,18 +91,12 @@ void CharacterDecoder::put(uint16_t code, std::string *utf8) {
 }
 
 void CharacterDecoder::put(std::span<const uint16_t> codes, std::string *utf8) {
-  size_t at = 0;
-  while (at < codes.size()) {
-    size_t plain = at;
-    while (heldCount_ == 0 && plain < codes.size() && codes[plain] < 0x80) ++plain;
-    if (plain > at) {
-      const size_t size = utf8->size();
-      utf8->resize(size + plain - at);
-      char *to = utf8->data() + size;
-      for (size_t i = at; i < plain; ++i) *to++ = static_cast<char>(codes[i]);
-      at = plain;
-    } else {
-      put(codes[at++], utf8);
+  while (!codes.empty()) {
+    if (heldCount_ == 0) codes = codes.subspan(appendAscii(codes, utf8));
+    // What follows is mostly the characters of one word.
+    while (!codes.empty() && (heldCount_ > 0 || codes.front() >= 0x80)) {
+      put(codes.front(), utf8);
+      codes = codes.subspan(1);
     }
   }
 }
@@ -102,7 +121,7 @@ void CharacterDecoder::putDefault(uint8_t byte, std::string *utf8) {
   }
 }
 
-void CharacterDecoder::finish(std::string *utf8) {
+void CharacterDecoder::giveUpHeld(std::string *utf8) {
   for (uint32_t i = 0; i < heldCount_; ++i) appendUtf8(windows1252(held_[i]), utf8);
   heldCount_ = 0;
 }

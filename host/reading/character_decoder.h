@@ -32,10 +32,13 @@ class CharacterDecoder {
 
   // Ends a run of characters: appends what was held back. To be called before anything but a
   // character is appended to the same text.
-  void finish(std::string *utf8);
+  void finish(std::string *utf8) {
+    if (heldCount_ > 0) giveUpHeld(utf8);
+  }
 
  private:
   void putDefault(uint8_t byte, std::string *utf8);
+  void giveUpHeld(std::string *utf8);
 
   uint32_t set_ = SoCharsetDefault;
   uint8_t held_[4] = {};  // the beginning of a UTF-8 sequence that is valid so far

@@ -58,7 +58,7 @@ void PropertyReader::beginRun(int16_t format, VcardStream *stream, bool inPlace)
 void PropertyReader::begin() {
   end();
   place_ = Place::Label;
-  property_ = Property();
+  property_.clear();
   list_.clear();
   types_.clear();
   inSubLabel_ = false;
@@ -126,7 +126,7 @@ void PropertyReader::beginValue() {
   place_ = Place::Value;
   known_ = property_.label != 0 ? propertyOfLabel(property_.label, format_) : nullptr;
   takeList();
-  line_.reset();
+  line_ = nullptr;
   muted_ = false;
   if (section_) join();
   if (!line_ && known_) property_.name = known_->name;
@@ -156,17 +156,11 @@ void PropertyReader::takeList() {
 }
 
 void PropertyReader::join() {
-  line_.emplace();
-  if (!notes_->nextLine(&*line_)) {
-    line_.reset();
-    return;
-  }
-  const bool same = line_->callLabel == property_.label &&
-                    (property_.label != 0 || line_->callName == property_.name);
-  if (!same) {
-    line_.reset();
-    return;
-  }
+  if (!notes_->nextLine(&note_)) return;
+  const bool same = note_.callLabel == property_.label &&
+                    (property_.label != 0 || note_.callName == property_.name);
+  if (!same) return;
+  line_ = &note_;
   muted_ = line_->dropped;
   property_.label = line_->label;
   property_.name = line_->name;

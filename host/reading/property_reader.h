@@ -13,7 +13,6 @@
 #define PX_HOST_READING_PROPERTY_READER_H
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -80,7 +79,8 @@ class PropertyReader {
   Property property_;
   std::string list_;  // text behind the label
   std::vector<std::string> types_;
-  std::optional<LineNote> line_;  // the note that is joined
+  LineNote note_;
+  const LineNote *line_ = nullptr;  // the note when it is joined
   const KnownProperty *known_ = nullptr;
   bool muted_ = false;  // the line is there for the summary: its events are dropped
 

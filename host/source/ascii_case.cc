@@ -10,8 +10,8 @@ char toSmall(char c) { return 'A' <= c && c <= 'Z' ? static_cast<char>(c - 'A' +
 
 }  // namespace
 
-bool equalsNoCase(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+bool sameLettersNoCase(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(),
                     [](char x, char y) { return toCapital(x) == toCapital(y); });
 }
 

@@ -8,7 +8,13 @@
 
 namespace px {
 
-bool equalsNoCase(std::string_view a, std::string_view b);
+bool sameLettersNoCase(std::string_view a, std::string_view b);
+
+// Most texts that are compared differ in their lengths or in their first letters.
+inline bool equalsNoCase(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  return a.empty() || (((a[0] ^ b[0]) & ~0x20) == 0 && sameLettersNoCase(a, b));
+}
 std::string inCapitals(std::string_view text);
 std::string inSmallLetters(std::string_view text);
 

@@ -15,22 +15,22 @@ namespace {
 
 class RecordWriter {
  public:
-  // Writes into `bytes`, which is cleared, behind room for the length.
-  explicit RecordWriter(std::string *bytes) : bytes_(*bytes) { bytes_.assign(sizeof(uint32_t), 0); }
+  // Writes into `bytes`, whatever it holds, behind room for the length. It grows as it must.
+  explicit RecordWriter(std::string *bytes) : bytes_(*bytes) { room(sizeof(uint32_t)); }
 
   std::string_view finish() {
-    const auto size = static_cast<uint32_t>(bytes_.size() - sizeof(uint32_t));
+    const auto size = static_cast<uint32_t>(size_ - sizeof(uint32_t));
     std::memcpy(bytes_.data(), &size, sizeof size);
-    return bytes_;
+    return {bytes_.data(), size_};
   }
 
   template <class Number>
   requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void put(Number number) {
-    bytes_.append(reinterpret_cast<const char *>(&number), sizeof number);
+    std::memcpy(room(sizeof number), &number, sizeof number);
   }
   void put(const std::string &text) {
     put(static_cast<uint32_t>(text.size()));
-    bytes_ += text;
+    std::memcpy(room(text.size()), text.data(), text.size());
   }
   void put(const Extent &extent) {
     put(extent.offset);
@@ -57,7 +57,16 @@ class RecordWriter {
   }
 
  private:
+  // Adds as many bytes to the record; answers where they stand.
+  char *room(size_t size) {
+    const size_t at = size_;
+    size_ += size;
+    if (bytes_.size() < size_) bytes_.resize(2 * size_);
+    return bytes_.data() + at;
+  }
+
   std::string &bytes_;
+  size_t size_ = 0;  // of the record; behind it, bytes_ is room
 };
 
 class RecordReader {
@@ -158,7 +167,10 @@ void visitSection(Note &note, Visit visit) {
 
 std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
   const auto isType = [](const Parameter &parameter) { return parameter.name == "TYPE"; };
-  if (std::none_of(parameters.begin(), parameters.end(), isType)) return {};
+  const auto first = std::find_if(parameters.begin(), parameters.end(), isType);
+  if (first == parameters.end()) return {};
+  const bool isOnly = std::none_of(first + 1, parameters.end(), isType);
+  if (isOnly && first->values.size() == 1) return {inSmallLetters(first->values.front())};
   std::vector<std::pair<int, std::string>> types;
   for (const Parameter &parameter : parameters) {
     if (parameter.name != "TYPE") continue;
@@ -206,9 +218,7 @@ void LineNotes::add(SectionNote section) {
   lineCount_ = summaryCount_ = 0;
 }
 
-// Brings as many bytes of what comes next into the buffer; false when there are fewer.
-bool RecordSpool::hold(size_t size) {
-  if (buffer_.size() - next_ >= size) return true;
+bool RecordSpool::refill(size_t size) {
   constexpr size_t capacity = 16 * 1024;
   base_ += next_;
   next_ = 0;
@@ -261,6 +271,10 @@ bool LineNoteReader::nextLine(LineNote *line) {
 }
 
 bool LineNoteReader::nextSummary(SummaryRole role, SummaryNote *summary) {
+  if (!section_.has(role)) {
+    role_ = SummaryRole::None;
+    return false;
+  }
   if (role != role_) {
     summaries_.moveTo(section_.firstSummary);
     summariesRead_ = 0;

@@ -118,7 +118,9 @@ class RecordSpool {
   void moveTo(uint64_t position);
 
  private:
-  bool hold(size_t size);
+  // Brings as many bytes of what comes next into the buffer; false when there are fewer.
+  bool hold(size_t size) { return buffer_.size() - next_ >= size || refill(size); }
+  bool refill(size_t size);
 
   const SpoolFile &spool_;
   uint64_t base_ = 0;  // position of the buffer's first byte

@@ -33,18 +33,18 @@ std::string_view cut(std::string_view text) {
   return text.substr(0, size);
 }
 
-std::vector<std::string> split(std::string_view text) {
-  std::vector<std::string> fields;
+std::vector<std::string_view> split(std::string_view text) {
+  std::vector<std::string_view> fields;
   for (;;) {
     const size_t end = std::min(text.find(FieldDivider), text.size());
-    fields.emplace_back(text.substr(0, end));
+    fields.push_back(text.substr(0, end));
     if (end == text.size()) return fields;
     text.remove_prefix(end + 1);
   }
 }
 
 // The parts of a name in the order in which it is said.
-std::string joinedName(const std::vector<std::string> &parts) {
+std::string joinedName(const std::vector<std::string_view> &parts) {
   std::string name;
   const auto add = [&](size_t i) {
     if (i >= parts.size() || parts[i].empty()) return;
@@ -58,7 +58,7 @@ std::string joinedName(const std::vector<std::string> &parts) {
 
 bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\n") == text.npos; }
 
-bool areBlank(const std::vector<std::string> &fields) {
+bool areBlank(const std::vector<std::string_view> &fields) {
   return std::all_of(fields.begin(), fields.end(), isBlank);
 }
 
@@ -185,6 +185,8 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
   constexpr std::string_view scheme = "data:";
   constexpr std::string_view mark = ";BASE64,";
   constexpr size_t longest = 1024;
+  const int first = source_->peek();
+  if (first != 'd' && first != 'D' && first != '\\' && first != '\r' && first != '\n') return false;
   std::string prefix;
   while (prefix.size() < longest) {
     const int c = source_->peek();
@@ -284,16 +286,23 @@ void PropertyView::addText(const ContentLine &line) {
   if (transfer_ == Transfer::Base64) decodeBase64();
 
   size_t open;
-  beginDecoder(isUtf8(raw_, &open) && open == 0);
-  decoded_.clear();
-  decoder_.put(raw_, &decoded_);
-  if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
+  const bool valid = isUtf8(raw_, &open) && open == 0;
+  beginDecoder(valid);
+  std::string_view decoded = raw_;
+  if (!valid || !decoder_.readsUtf8()) {
+    decoded_.clear();
+    decoder_.put(raw_, &decoded_);
+    if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
+    decoded = decoded_;
+  }
   text_.clear();
   ValueText meaning(rules_.escapes, separator_);
-  meaning.put(decoded_, &text_);
+  meaning.put(decoded, &text_);
   meaning.finish(&text_);
   // The filter drops the blanks before a value that it knows.
-  if (known_ && transfer_ == Transfer::Plain) text_ = withoutLeadingBlanks(text_);
+  if (known_ && transfer_ == Transfer::Plain) {
+    text_.erase(0, text_.size() - withoutLeadingBlanks(text_).size());
+  }
   addWhole();
 }
 
@@ -465,27 +474,24 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
 
 // Writes the fields in text_.
 void PropertyView::addFields() {
-  std::vector<std::string> fields = split(text_);
+  std::vector<std::string_view> fields = split(text_);
   if (transfer_ == Transfer::Plain) {
-    for (std::string &field : fields)
-      field.erase(0, field.size() - withoutLeadingBlanks(field).size());
+    for (std::string_view &field : fields) field = withoutLeadingBlanks(field);
   }
   const bool rows = known_->form == PropertyForm::Rows;
   const size_t most = rows ? known_->fields.size() : kMostLines;
   while (fields.size() > most && fields.back().empty()) fields.pop_back();
-  const bool isCut = fields.size() > most ||
-                     std::any_of(fields.begin(), fields.end(), [](const std::string &field) {
-                       return field.size() > kLongestField;
-                     });
+  const bool isCut =
+      fields.size() > most || std::any_of(fields.begin(), fields.end(),
+                                          [](auto field) { return field.size() > kLongestField; });
   const bool takesPlace = isIndexed() && areBlank(fields);
   if (isCut || takesPlace) {
     if (!takesPlace && isIndexed()) {
       putForSummary([&] {
         // Behind a field's last byte that the filter keeps, a line end would end the value.
-        std::vector<std::string> lines = fields;
-        for (std::string &field : lines)
-          std::replace(field.begin(), field.end(), '\n', FieldDivider);
-        putFields(lines, true);
+        std::vector<std::string> lines(fields.begin(), fields.end());
+        for (std::string &line : lines) std::replace(line.begin(), line.end(), '\n', FieldDivider);
+        putFields({lines.begin(), lines.end()}, true);
       });
     }
     note_.fieldsInText = true;
@@ -504,7 +510,7 @@ void PropertyView::addFields() {
   if (isName && nameFromParts_.empty()) nameFromParts_ = joinedName(fields);
 }
 
-void PropertyView::putFields(const std::vector<std::string> &fields, bool isCut) {
+void PropertyView::putFields(const std::vector<std::string_view> &fields, bool isCut) {
   putHead(true);
   const uint64_t start = view_->size();
   for (size_t i = 0; i < fields.size(); ++i) {

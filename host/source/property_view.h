@@ -78,7 +78,7 @@ class PropertyView {
   void putForSummary(Put put);
   void putPlainLine(std::string_view text);
   void putPlainHead();
-  void putFields(const std::vector<std::string> &fields, bool isCut);
+  void putFields(const std::vector<std::string_view> &fields, bool isCut);
 
   bool isIndexed() const;
 

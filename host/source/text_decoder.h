@@ -27,6 +27,7 @@ class TextDecoder {
   // and begins nothing, when it knows none.
   bool begin(const std::string &set);
   void beginUtf8() { converter_ = nullptr; }
+  bool readsUtf8() const { return converter_ == nullptr; }
 
   // Appends what the bytes say, in valid UTF-8, with U+FFFD for bytes that are no text in the set,
   // and for NULs, which no text of a card can hold. A character that is cut off waits for the next

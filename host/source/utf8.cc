@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "host/source/byte_search.h"
+
 namespace px {
 namespace {
 
@@ -70,6 +72,10 @@ size_t validUtf8Length(std::string_view bytes, bool *cut) {
   return at;
 }
 
+size_t printableAsciiLength(std::string_view text) {
+  return lengthBefore(text, [](ByteVector b) { return ByteVector(b - ' ' > '~' - ' '); });
+}
+
 void appendUtf8(char32_t character, std::string *utf8) {
   if (character > 0x10FFFF || (0xD800 <= character && character <= 0xDFFF)) {
     character = kReplacement;
@@ -94,14 +100,17 @@ void appendUtf8(char32_t character, std::string *utf8) {
 }
 
 void appendPrintable(std::string_view utf8, std::string *to) {
-  size_t length = 0;
-  for (size_t at = 0; at < utf8.size(); at += length) {
-    const char32_t character = decodeOne(utf8.substr(at), &length);
-    if (drivesTerminal(character)) {
+  while (!utf8.empty()) {
+    size_t length;
+    if (isPrintableAscii(utf8.front())) {
+      length = printableAsciiLength(utf8);
+      to->append(utf8, 0, length);
+    } else if (drivesTerminal(decodeOne(utf8, &length))) {
       appendUtf8(kReplacement, to);
     } else {
-      to->append(utf8, at, length);
+      to->append(utf8, 0, length);
     }
+    utf8.remove_prefix(length);
   }
 }
 

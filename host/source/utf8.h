@@ -21,6 +21,11 @@ bool canBeSecondUtf8(uint8_t first, uint8_t byte);
 // follows them reaches the end of `bytes` and may be the beginning of one more.
 size_t validUtf8Length(std::string_view bytes, bool *cut);
 
+inline bool isPrintableAscii(char byte) { return ' ' <= byte && byte <= '~'; }
+
+// How many bytes at the head of `text` are that.
+size_t printableAsciiLength(std::string_view text);
+
 // Appends a character in UTF-8; U+FFFD for a number that is no character.
 void appendUtf8(char32_t character, std::string *utf8);
 

@@ -1,5 +1,7 @@
 #include "host/source/value_text.h"
 
+#include "host/source/byte_search.h"
+
 namespace px {
 
 void ValueText::put(std::string_view utf8, std::string *text) {
@@ -7,10 +9,9 @@ void ValueText::put(std::string_view utf8, std::string *text) {
     size_t plain = 0;
     if (!backslash_ && !carriageReturn_) {
       const char separator = separator_ != 0 ? separator_ : '\r';
-      while (plain < utf8.size() && utf8[plain] != '\\' && utf8[plain] != '\r' &&
-             utf8[plain] != separator && utf8[plain] != FieldDivider) {
-        ++plain;
-      }
+      plain = lengthBefore(utf8, [separator](ByteVector b) {
+        return isByte(b, '\\') | isByte(b, '\r') | isByte(b, separator) | isByte(b, FieldDivider);
+      });
       text->append(utf8, 0, plain);
       if (plain == utf8.size()) return;
     }

@@ -1,7 +1,8 @@
 #include "host/source/view_text.h"
 
 #include <algorithm>
-#include <array>
+
+#include "host/source/byte_search.h"
 
 namespace px {
 namespace {
@@ -17,23 +18,15 @@ void appendEncoded(char byte, std::string *to) {
 
 int valueOfDigit(char digit) { return digit <= '9' ? digit - '0' : digit - 'A' + 10; }
 
-// Where the first byte stands that has to be encoded.
-size_t plainLength(std::string_view text) {
-  static constexpr auto kEncoded = [] {
-    std::array<bool, 256> table{};
-    for (const unsigned char byte : {'=', ':', ';', '\r', '\n'}) table[byte] = true;
-    return table;
-  }();
-  size_t at = 0;
-  while (at < text.size() && !kEncoded[static_cast<unsigned char>(text[at])]) ++at;
-  return at;
+ByteVector isEncoded(ByteVector b) {
+  return isByte(b, '=') | isByte(b, ':') | isByte(b, ';') | isByte(b, '\r') | isByte(b, '\n');
 }
 
 }  // namespace
 
 void ViewText::putQuoted(std::string_view text) {
   for (;;) {
-    const size_t plain = plainLength(text);
+    const size_t plain = lengthBefore(text, isEncoded);
     if (plain == text.size()) return put(text);
     encoded_.assign(text, 0, plain);
     appendEncoded(text[plain], &encoded_);

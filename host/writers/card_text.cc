@@ -190,6 +190,7 @@ void CardText::lateParameter(const Parameter &parameter) {
 }
 
 void CardText::endProperty() {
+  if (place_ == Place::Nowhere) return;
   if (place_ == Place::Last && !held_.empty() && last_.size() < kMostLast) {
     last_.push_back({head_.heading(), std::exchange(held_, {})});
   }
@@ -317,6 +318,10 @@ void CardText::holdDates(std::string_view utf8) {
 
 // Puts what is held, if anything is.
 void CardText::putHeld() {
+  if (held_.empty()) {
+    if (place_ == Place::Date) separated_ = false;
+    return;
+  }
   const std::string text = std::exchange(held_, {});
   if (place_ != Place::Date) return putLines(text);
   const auto date = readableDate(text, head_.omittedYear);

@@ -1,7 +1,8 @@
 #include "host/writers/json_text.h"
 
-#include <array>
 #include <cstdint>
+
+#include "host/source/byte_search.h"
 
 namespace px {
 namespace {
@@ -9,12 +10,10 @@ namespace {
 constexpr char kHexDigits[] = "0123456789abcdef";
 
 // Bytes that are escaped, or that may begin a character that is.
-constexpr std::array<bool, 256> kStops = [] {
-  std::array<bool, 256> stops{};
-  for (size_t byte = 0; byte < 0x20; ++byte) stops[byte] = true;
-  for (const size_t byte : {0x22, 0x5C, 0x7F, 0xC2, 0xE2}) stops[byte] = true;
-  return stops;
-}();
+ByteVector isStop(ByteVector b) {
+  return ByteVector(b < ' ') | isByte(b, '"') | isByte(b, '\\') | isByte(b, '\x7F') |
+         isByte(b, '\xC2') | isByte(b, '\xE2');
+}
 
 // Answers the character at the start of `text` if it is one to escape, and stores its length; 0 if
 // it isn't one.
@@ -66,8 +65,7 @@ void appendEscape(uint32_t character, std::string *to) {
 
 void JsonStream::putEscaped(std::string_view utf8) {
   while (!utf8.empty()) {
-    size_t plain = 0;
-    while (plain < utf8.size() && !kStops[static_cast<uint8_t>(utf8[plain])]) ++plain;
+    const size_t plain = lengthBefore(utf8, isStop);
     held_.append(utf8, 0, plain);
     utf8.remove_prefix(plain);
     if (!utf8.empty()) {

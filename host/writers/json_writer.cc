@@ -299,9 +299,7 @@ void JsonWriter::parameters(const std::vector<Parameter> &parameters) {
 // Members and strings. A string comes in pieces, which RapidJSON's writer doesn't do: it is told of
 // the opening quote only, and what follows goes to the stream.
 
-void JsonWriter::key(std::string_view name) {
-  writer_.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
-}
+void JsonWriter::key(std::string_view name) { string(name); }
 
 void JsonWriter::beginString() {
   writer_.RawValue("\"", 1, rapidjson::kStringType);

@@ -3,6 +3,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "host/source/utf8.h"
@@ -13,8 +14,6 @@ namespace {
 constexpr size_t kMaxHeld = 8192;
 constexpr size_t kMaxLine = 4096;  // bytes: characters without a width would make it endless
 constexpr size_t kNone = std::string::npos;
-
-bool isPlain(char byte) { return 0x20 <= byte && byte <= 0x7E; }
 
 struct Character {
   char32_t code;
@@ -42,12 +41,15 @@ bool canBeginLine(char32_t code) {
 
 uint32_t displayWidth(std::string_view utf8) {
   uint32_t width = 0;
-  while (!utf8.empty()) {
+  for (;;) {
+    const size_t plain = printableAsciiLength(utf8);
+    width += static_cast<uint32_t>(plain);
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) return width;
     const Character character = characterAt(utf8);
     width += character.width;
     utf8.remove_prefix(character.length);
   }
-  return width;
 }
 
 size_t lengthWithin(std::string_view utf8, uint32_t columns) {
@@ -62,19 +64,17 @@ size_t lengthWithin(std::string_view utf8, uint32_t columns) {
 }
 
 void WrappedLines::write(std::string_view utf8) {
-  while (!utf8.empty()) {
-    const bool plain = isPlain(utf8[0]);
-    const auto other = std::find_if(utf8.begin() + 1, utf8.end(),
-                                    [plain](char byte) { return isPlain(byte) != plain; });
-    const auto length = static_cast<size_t>(other - utf8.begin());
-    if (plain) {
-      writePlain(utf8.substr(0, length));
-    } else {
-      printable_.clear();
-      appendPrintable(utf8.substr(0, length), &printable_);
-      writeOther(printable_);
-    }
-    utf8.remove_prefix(length);
+  for (;;) {
+    const size_t plain = printableAsciiLength(utf8);
+    writePlain(utf8.substr(0, plain));
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) return;
+    const auto next = std::find_if(utf8.begin(), utf8.end(), isPrintableAscii);
+    const auto other = static_cast<size_t>(next - utf8.begin());
+    printable_.clear();
+    appendPrintable(utf8.substr(0, other), &printable_);
+    writeOther(printable_);
+    utf8.remove_prefix(other);
   }
 }
 
@@ -99,10 +99,10 @@ void WrappedLines::writeOther(std::string_view utf8) {
     const Character character = characterAt(utf8);
     if (hasText_ && canBeginLine(character.code)) breakHere();
     if (character.width > width_ - column_) wrap();
-    line_.append(utf8, 0, character.length);
+    text_.append(utf8, 0, character.length);
     column_ += character.width;
     open_ = hasText_ = true;
-    if (line_.size() > kMaxLine) spill();
+    if (lineSize() > kMaxLine) spill();
     utf8.remove_prefix(character.length);
   }
 }
@@ -110,30 +110,30 @@ void WrappedLines::writeOther(std::string_view utf8) {
 // Adds plain text for which there is room.
 void WrappedLines::add(std::string_view text) {
   const size_t first = hasText_ ? 0 : text.find_first_not_of(' ');
-  const size_t blank = text.rfind(' ');
   if (first != kNone) {
-    if (blank != kNone && blank >= first) {
-      break_ = line_.size() + blank + 1;
-      breakColumn_ = column_ + static_cast<uint32_t>(blank) + 1;
+    if (const void *blank = memrchr(text.data() + first, ' ', text.size() - first)) {
+      const auto end = static_cast<size_t>(static_cast<const char *>(blank) + 1 - text.data());
+      break_ = text_.size() + end;
+      breakColumn_ = column_ + static_cast<uint32_t>(end);
     }
     hasText_ = true;
   }
   open_ = true;
-  line_ += text;
+  text_ += text;
   column_ += static_cast<uint32_t>(text.size());
-  if (line_.size() > kMaxLine) spill();
+  if (lineSize() > kMaxLine) spill();
 }
 
 void WrappedLines::breakHere() {
-  break_ = line_.size();
+  break_ = text_.size();
   breakColumn_ = column_;
 }
 
-void WrappedLines::addSequence(std::string_view sequence) { line_ += sequence; }
+void WrappedLines::addSequence(std::string_view sequence) { text_ += sequence; }
 
 void WrappedLines::padTo(uint32_t column) {
   if (column <= column_) return;
-  line_.append(column - column_, ' ');
+  text_.append(column - column_, ' ');
   column_ = column;
   open_ = true;
   hasText_ = false;
@@ -144,52 +144,50 @@ void WrappedLines::padTo(uint32_t column) {
 void WrappedLines::wrap() {
   const uint32_t indent = std::min(indent_, width_ - width_ / 4);
   const bool atBlank = break_ != kNone && breakColumn_ > indent;
-  const size_t end = atBlank ? break_ : line_.size();
   const uint32_t restColumns = atBlank ? column_ - breakColumn_ : 0;
   column_ -= restColumns;
-  giveLine(end);
-  line_.replace(0, end, indent, ' ');
+  giveLine(atBlank ? break_ : text_.size());
+  text_.insert(lineStart_, indent, ' ');
   column_ = indent + restColumns;
   open_ = true;
-  hasText_ = line_.size() > indent;
+  hasText_ = lineSize() > indent;
 }
 
-// Gives the line's first `end` bytes to what is whole, without the blanks at their end.
+// Ends the line at `end`, without the blanks before it. What stands behind begins the next one.
 void WrappedLines::giveLine(size_t end) {
   size_t shown = end;
-  while (shown > 0 && line_[shown - 1] == ' ') --shown;
+  while (shown > lineStart_ && text_[shown - 1] == ' ') --shown;
   widest_ = std::max(widest_, column_ - static_cast<uint32_t>(end - shown));
-  held_.append(line_, 0, shown);
-  held_ += '\n';
+  text_.replace(shown, end - shown, 1, '\n');
+  beginLine(shown + 1);
+}
+
+void WrappedLines::beginLine(size_t start) {
+  lineStart_ = start;
   break_ = kNone;
-  if (held_.size() >= kMaxHeld) flush();
+  if (lineStart_ >= kMaxHeld) flush();
 }
 
 // Gives up what the line could still be broken at.
-void WrappedLines::spill() {
-  held_ += line_;
-  line_.clear();
-  break_ = kNone;
-  if (held_.size() >= kMaxHeld) flush();
-}
+void WrappedLines::spill() { beginLine(text_.size()); }
 
 void WrappedLines::endLine() {
   if (!open_) return;
-  giveLine(line_.size());
-  line_.clear();
+  giveLine(text_.size());
   column_ = 0;
   open_ = hasText_ = false;
 }
 
 void WrappedLines::skipLine() {
   endLine();
-  held_ += '\n';
-  if (held_.size() >= kMaxHeld) flush();
+  text_.insert(lineStart_, 1, '\n');
+  beginLine(lineStart_ + 1);
 }
 
 void WrappedLines::flush() {
-  if (!held_.empty()) sink_(held_);
-  held_.clear();
+  if (lineStart_ > 0) sink_(std::string_view(text_).substr(0, lineStart_));
+  text_.erase(0, lineStart_);
+  lineStart_ = 0;
 }
 
 uint32_t WrappedLines::takeWidest() { return std::exchange(widest_, 0); }

@@ -62,19 +62,21 @@ class WrappedLines {
   void breakHere();
   void wrap();
   void giveLine(size_t end);
+  void beginLine(size_t start);
+  size_t lineSize() const { return text_.size() - lineStart_; }
   void spill();
 
   const uint32_t width_;
   TextSink sink_;
-  std::string held_;  // lines that are whole
-  std::string line_;  // of the open line, what can still be broken
+  std::string text_;      // lines that are whole, and
+  size_t lineStart_ = 0;  // from here on, what can still be broken of the open one
   std::string printable_;
   uint32_t indent_ = 0;
   uint32_t column_ = 0;
   uint32_t widest_ = 0;
   bool open_ = false;     // something stands in the line, if only blanks
   bool hasText_ = false;  // other than padding and blanks: the next blank is a place to break
-  size_t break_ = std::string::npos;  // in line_, where it can break last
+  size_t break_ = std::string::npos;  // in text_, where the line can break last
   uint32_t breakColumn_ = 0;          // likewise
 };
 

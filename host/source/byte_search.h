@@ -1,0 +1,58 @@
+// Searches for the first byte of a set, sixteen bytes at a step.
+//
+// A set is a function from sixteen bytes to all ones where a byte is in it.
+
+#ifndef PX_HOST_SOURCE_BYTE_SEARCH_H
+#define PX_HOST_SOURCE_BYTE_SEARCH_H
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace px {
+
+using ByteVector = uint8_t __attribute__((vector_size(16)));
+
+// One bit for each byte of `in`, which is all ones or zero; the first byte's is the lowest.
+inline uint32_t bitsOf(ByteVector in) {
+#ifdef __SSE2__
+  return static_cast<uint32_t>(_mm_movemask_epi8(std::bit_cast<__m128i>(in)));
+#else
+  uint32_t bits = 0;
+  for (int i = 0; i < 16; ++i) bits |= (in[i] & 1U) << i;
+  return bits;
+#endif
+}
+
+inline ByteVector isByte(ByteVector bytes, char c) {
+  return ByteVector(bytes == static_cast<uint8_t>(c));
+}
+
+// How many bytes at the head of `text` are not in the set.
+template <class Set>
+size_t lengthBefore(std::string_view text, Set set) {
+  constexpr size_t step = sizeof(ByteVector);
+  for (size_t at = 0; at < text.size(); at += step) {
+    ByteVector bytes = {};
+    const size_t count = text.size() - at;
+    if (count >= step) {
+      std::memcpy(&bytes, text.data() + at, step);
+    } else {
+      std::memcpy(&bytes, text.data() + at, count);
+    }
+    const uint32_t bits = bitsOf(set(bytes));
+    if (bits != 0) return std::min(at + static_cast<size_t>(std::countr_zero(bits)), text.size());
+  }
+  return text.size();
+}
+
+}  // namespace px
+
+#endif
