@@ -2,7 +2,7 @@
 """Pages of cards in a browser: html_page_test.py PXCARD ROOT CORPUS
 
 Each page is valid, draws its pictures, asks for nothing from elsewhere, and overflows nowhere, wide
-and narrow, light and dark, with its script and without."""
+and narrow, light and dark, with its script and without, written to the right and to the left."""
 
 import contextlib
 import pathlib
@@ -72,7 +72,8 @@ for (const box of document.querySelectorAll(".card, .entry")) {
   const head = box.querySelector(".head")?.getBoundingClientRect();
   const photo = box.querySelector(".photo")?.getBoundingClientRect();
   const rows = box.querySelector(".rows")?.getBoundingClientRect();
-  if (photo && photo.right > head.left && photo.bottom > head.top) say("photo over text", box);
+  const besides = photo && (photo.right <= head.left || photo.left >= head.right);
+  if (photo && !besides && photo.bottom > head.top) say("photo over text", box);
   if (photo && photo.top > head.top + head.height / 2) say("photo not at the head", box);
   if (head && rows && head.bottom > rows.top + 1) say("head below the rows", box);
 }
@@ -123,12 +124,14 @@ def main():
     with tempfile.TemporaryDirectory() as folder, browser() as driver:
         hostile = pathlib.Path(folder) / "hostile.vcf"
         hostile.write_text(HOSTILE, "utf-8")
-        for name, files in (("own", own + [hostile]), ("corpus", sorted(corpus.glob("*.[vi]c[fs]")))):
+        own.append(hostile)
+        for name, language, files in (("own", "en", own), ("arabic", "ar", own),
+                                      ("corpus", "en", sorted(corpus.glob("*.[vi]c[fs]")))):
             if not files:
                 continue
             page = pathlib.Path(folder) / (name + ".html")
             with page.open("wb") as out:
-                subprocess.run([pxcard, "--format", "html", *files], stdout=out,
+                subprocess.run([pxcard, "--lang", language, "--format", "html", *files], stdout=out,
                                stderr=subprocess.DEVNULL, check=False)
             tidy = subprocess.run(["/usr/bin/tidy", "-q", "-e", page], capture_output=True, text=True,
                                   check=False)

@@ -118,14 +118,14 @@ TEST(HtmlWriter, Values) {
        "no\">declined<"},
       {"0 ATTENDEE;CN=Bo;RSVP=TRUE;ROLE=CHAIR: urn:x",
        ">Bo</span> <small>chair, reply requested</small>"},
-      {"79402 PHOTO: <me.jpg>J<>",
-       photo + "data:image/jpeg;base64,Sjw+\"></figure>\n<dl class=\"rows "
-               "first\">\n<dt><bdi>Photo</bdi></dt><dd><span class=\"quiet\">JPEG image, 3 bytes<"},
+      {"79402 PHOTO: <me.jpg>J<>", photo + "data:image/jpeg;base64,Sjw+\"></figure>\n"
+                                           "<dl class=\"rows first\">\n<dt><bdi>Photo</bdi></dt>"
+                                           "<dd><span class=\"quiet\">JPEG image, <bdi>3 bytes<"},
       {"79402 PHOTO: <>no picture", "<dd><a download=\"Photo\" href=\"data:text/plain;base64,"},
       {"79361 ATTACH: <a\"<.jpg>" + std::string("J") + std::string(40000, 'J'),
        "<a download=\"a&quot;&lt;.jpg\" href=\"data:image/jpeg;base64,SkpKSkpK"},
       {"79361 ATTACH: <>abc",
-       "YWJj\"><bdi>Attachment</bdi></a> <span class=\"quiet\">text, 3 bytes<"},
+       "YWJj\"><bdi>Attachment</bdi></a> <span class=\"quiet\">text, <bdi>3 bytes<"},
       {"0 X-\"&: \"'\x01\x7F\xC2\x9B\u202E\uFFFF\U0001FFFE\u00FC\U0001F600",
        "X-&quot;&amp;</bdi></dt><dd "
        "dir=\"auto\">&quot;&#39;\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\u00FC\U0001F600<"},

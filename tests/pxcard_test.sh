@@ -80,7 +80,7 @@ $shown"
 
 # A page tells of files that can't be read, as standard error does.
 expect 1 'pxcard: none: No such file or directory' --format html none "$agent"
-same 'page' "$(grep -Eo '</html>|<h1>.*</h1>|<h2 .*</h2>|^<p class="fault.*' out)" "<h1><bdi>2 files</bdi></h1>
+same 'page' "$(grep -Eo '</html>|<h1>.*</h1>|<h2 .*</h2>|^<p class="fault.*' out)" "<h1><bdi>Cards and calendars</bdi></h1>
 <p class=\"fault\"><b><bdi>none</bdi></b> <bdi>No such file or directory</bdi></p>
 <h2 id=\"f1\"><bdi>$agent</bdi></h2>
 </html>"
@@ -138,7 +138,7 @@ like_shown < <(cat "$agent")
 # Files in parallel: the same, in the same order.
 for _ in {1..30}; do many+=("$samples/several.vcf" none "$work/bad-lines.vcf"); done
 printf 'BEGIN:VCARD\nnothing\nEND:VCARD\n' >bad-lines.vcf
-for format in text json jsonl trace; do
+for format in text html json jsonl trace; do
   "$pxcard" --format $format "${many[@]}" >one 2>&1
   "$pxcard" --jobs 3 --format $format "${many[@]}" >out 2>&1
   same "code of $format in parallel" $? 1
@@ -192,7 +192,7 @@ See pxcard --help." "${arguments[@]}"
 done <<END
 --nonsense $agent|unknown option --nonsense
 -x $agent|unknown option -x
---format [nonsense $agent|unknown value [nonsense for --format; known: text, json, jsonl, trace
+--format [nonsense $agent|unknown value [nonsense for --format; known: text, html, json, jsonl, trace
 --raw=1 $agent|--raw takes no value
 --lang xx $agent|unknown value xx for --lang; known: ar, de, en, es, fr, ja
 --jobs 0 $agent|--jobs needs a number from 1 to 256
@@ -245,8 +245,17 @@ LANG=fr_FR LANGUAGE=xx:es:de||^Teléfono .trabajo
 LANG=C LANGUAGE=de||^Telephone .work
 LANG=de_DE|--lang en|^Telephone .work
 LANG=de_DE|--format json|"label":"Telephone"
+|--lang ar --format html|^<html lang="ar" dir="rtl">
+LANG=ja_JP|--format html|<dt><bdi>電話</bdi> <small><bdi>勤務先
 |--lang de --format nonsense|unbekannter Wert nonsense
 END
+expect 0 '' --lang de --format html -o page.html "$agent" "$samples/calendar.vcs"
+for text in 'lang="de" dir="ltr"' 'placeholder="Filtern"' '> Details</label>' \
+  '<h1><bdi>Karten und Kalender<' '>Vertretung von <a href="#c1">' '>Donnerstag, 18. April 2024</time>' \
+  '>Aufgabe</span> <span class="tag">offen<' '<div>Fällig <time' '>bestätigt</span> <small>Eigentümer<' \
+  '<dt>Schlummerzeit</dt><dd dir="auto"><time datetime="PT5M">5 Min.<'; do
+  same "'$text' in German" "$(grep -cF -- "$text" page.html | sed 's/[1-9].*/some/')" some
+done
 expect 0 '' --version
 same 'version' "$(sed -E 's/[0-9]+(\.[0-9]+)+/N/g' out)" 'pxcard N (libpx_vcrd N)'
 

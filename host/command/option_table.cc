@@ -8,8 +8,7 @@ namespace {
 constexpr OptionRow kOptions[] = {
     {OptionFormat, "format", "FORMAT", Completes::Words, "text html json jsonl trace",
      N_("show text, html (one page), json (one array), jsonl (a line for each card) or trace (the "
-        "filter's calls); "
-        "text when not given")},
+        "filter's calls); text when not given")},
     {OptionCheck, "check", nullptr, Completes::Nothing, "", N_("show nothing, only tell faults")},
     {OptionExtract, "extract", "DIR", Completes::Folders, "",
      N_("save the embedded objects in DIR instead; writes a line for each: name, type, size in "

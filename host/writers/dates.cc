@@ -14,8 +14,10 @@ constexpr std::string_view kMonths[] = {
     N_("July"),    N_("August"),   N_("September"), N_("October"), N_("November"), N_("December"),
 };
 
-constexpr std::string_view kWeekdays[] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                          "Thursday", "Friday", "Saturday"};
+constexpr std::string_view kWeekdays[] = {
+    N_("Sunday"),   N_("Monday"), N_("Tuesday"),  N_("Wednesday"),
+    N_("Thursday"), N_("Friday"), N_("Saturday"),
+};
 
 bool isDigit(char c) { return '0' <= c && c <= '9'; }
 
@@ -148,8 +150,11 @@ std::chrono::year_month_day readDay(std::string_view text) {
 }  // namespace
 
 std::optional<std::string> readableDuration(std::string_view text) {
-  constexpr std::pair<std::string_view, std::string_view> units[] = {
-      {"W", " weeks"}, {"D", " d"}, {"H", " h"}, {"M", " min"}, {"S", " s"}};
+  constexpr std::pair<std::string_view, std::string_view> units[] = {{"W", N_("%1 wk")},
+                                                                     {"D", N_("%1 d")},
+                                                                     {"H", N_("%1 h")},
+                                                                     {"M", N_("%1 min")},
+                                                                     {"S", N_("%1 s")}};
   Fields fields(text);
   if (!fields.take("-")) fields.take("+");
   if (text.size() > LongestDate || !fields.take("P")) return std::nullopt;
@@ -166,7 +171,7 @@ std::optional<std::string> readableDuration(std::string_view text) {
     const size_t first = number.find_first_not_of('0');
     if (first == number.npos) continue;
     if (!readable.empty()) readable += ' ';
-    readable.append(number.substr(first)).append(units[next].second);
+    readable += filled(tr(units[next].second), {number.substr(first)});
   }
   return readable;
 }
@@ -186,12 +191,9 @@ std::string dayInWords(std::string_view day) {
   const std::chrono::year_month_day date = readDay(day);
   if (!date.ok()) return std::string(day);
   const unsigned weekday = std::chrono::weekday(date).c_encoding();
-  std::string text(kWeekdays[weekday]);
-  text += ", ";
-  text += withoutZero(day.substr(8));
-  text += ' ';
-  text += monthName(day.substr(5, 2));
-  return text.append(" ").append(day.substr(0, 4));
+  return filled(trIn("weekday, day, month and year", "%1, %2 %3 %4"),
+                {tr(kWeekdays[weekday]), withoutZero(day.substr(8)), monthName(day.substr(5, 2)),
+                 day.substr(0, 4)});
 }
 
 std::string dayBefore(std::string_view day) {

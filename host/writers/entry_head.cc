@@ -1,6 +1,7 @@
 #include "host/writers/entry_head.h"
 
 #include "host/labels/label_texts.h"
+#include "host/languages/translation.h"
 #include "host/writers/dates.h"
 #include "host/writers/html_elements.h"
 #include "host/writers/html_text.h"
@@ -56,7 +57,7 @@ std::string beginEntry(const EntryHead &head, uint32_t level) {
   if (end.text == start.text && end.zone == start.zone) end = {};
   const std::string day = dayOf(head.moment());
   if (start.isDay()) {
-    html += timeElement("All day", start.text, "dt-start");
+    html += timeElement(tr("All day"), start.text, "dt-start");
   } else if (!start.text.empty()) {
     html += element(start, day, "dt-start");
     if (start.zone != end.zone) html += zoneElement(start.zone);
@@ -66,7 +67,7 @@ std::string beginEntry(const EntryHead &head, uint32_t level) {
   }
   if (!head.due.text.empty()) {
     const bool whole = head.due.isDay() && head.due.text == day;
-    html += "<div>" + asHtml(labelText(kDueId)) + " ";
+    html += "<div>" + asHtml(tr(labelText(kDueId))) + " ";
     if (!whole) html += element(head.due, day, "dt-due") + zoneElement(head.due.zone);
     html += "</div>";
   }
@@ -74,7 +75,7 @@ std::string beginEntry(const EntryHead &head, uint32_t level) {
   const std::string name = "h" + std::to_string(level);
   html += "<" + name + " class=\"name" + (head.summary.empty() ? " none" : " p-name") +
           "\" dir=\"auto\">" +
-          asHtml(head.summary.empty() ? labelText(kUntitledId) : head.summary) + "</" + name +
+          asHtml(head.summary.empty() ? tr(labelText(kUntitledId)) : head.summary) + "</" + name +
           ">\n";
   if (!head.location.empty()) {
     html += "<p class=\"place p-location\" dir=\"auto\">" + asHtml(head.location) + "</p>\n";
@@ -83,9 +84,9 @@ std::string beginEntry(const EntryHead &head, uint32_t level) {
   const bool isJournal = head.component == "VJOURNAL";
   if (!head.status.empty() || isTask || isJournal) {
     html += "<p class=\"status\">";
-    if (isTask) html += "<span class=\"tag\">to do</span> ";
-    if (isJournal) html += "<span class=\"tag\">journal</span> ";
-    if (!head.status.empty()) html += tagElement(head.status);
+    if (isTask) html += tagElement(tr("to do")) + " ";
+    if (isJournal) html += tagElement(tr("journal")) + " ";
+    if (!head.status.empty()) html += stateElement(head.status);
     html += "</p>\n";
   }
   return html;

@@ -15,8 +15,10 @@ std::string timeElement(std::string_view text, std::string_view machine, std::st
 // The zone behind a time, with a blank; nothing for an empty one.
 std::string zoneElement(std::string_view zone);
 
-// An answer or a state, "NEEDS-ACTION", in words, coloured by what it means.
-std::string tagElement(std::string_view value);
+std::string tagElement(std::string_view text);
+
+// An answer or a state, "NEEDS-ACTION", as a tag in words, coloured by what it means.
+std::string stateElement(std::string_view value);
 
 // The part that somebody takes, "REQ-PARTICIPANT", in words.
 std::string roleInWords(std::string_view role);

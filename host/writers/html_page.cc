@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "host/languages/translation.h"
 #include "host/writers/page/page_parts.h"
 
 namespace px {
@@ -25,8 +26,10 @@ std::string hashSource(std::string_view text) {
 }  // namespace
 
 void putPageBegin(std::string_view title, HtmlStream *html) {
+  html->put("<!DOCTYPE html>\n<html lang=\"" + language() + "\" dir=\"");
+  html->putText(trIn("direction of writing: ltr or rtl", "ltr"));
   html->put(
-      "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+      "\">\n<head>\n<meta charset=\"utf-8\">\n"
       "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
       "img-src data:; media-src data:; base-uri 'none'; form-action 'none'; style-src ");
   html->put(hashSource(pageStyle));
@@ -42,13 +45,15 @@ void putPageBegin(std::string_view title, HtmlStream *html) {
   html->put("</style>\n</head>\n<body>\n<header class=\"top\"><div class=\"top-line\">\n<h1>");
   html->put("<bdi>");
   html->putText(title);
+  const std::string filter = asHtml(tr("Filter"));
   html->put(
       "</bdi></h1>\n<div class=\"tools\" id=\"tools\" role=\"search\" hidden>\n"
-      "<input type=\"search\" id=\"filter\" aria-label=\"Filter\" placeholder=\"Filter\" "
-      "autocomplete=\"off\" spellcheck=\"false\">\n"
+      "<input type=\"search\" id=\"filter\" aria-label=\"" +
+      filter + "\" placeholder=\"" + filter +
+      "\" autocomplete=\"off\" spellcheck=\"false\">\n"
       "<output id=\"count\" for=\"filter\"></output>\n"
-      "<label><input type=\"checkbox\" id=\"details\" checked> Details</label>\n"
-      "</div>\n</div></header>\n<main>\n");
+      "<label><input type=\"checkbox\" id=\"details\" checked> " +
+      asHtml(tr("Details")) + "</label>\n</div>\n</div></header>\n<main>\n");
 }
 
 void putPageEnd(HtmlStream *html) {

@@ -6,6 +6,7 @@
 
 #include "host/labels/label_texts.h"
 #include "host/labels/property_labels.h"
+#include "host/languages/translation.h"
 #include "host/source/ascii_case.h"
 #include "host/writers/data_address.h"
 #include "host/writers/dates.h"
@@ -62,8 +63,8 @@ std::string_view classOf(std::string_view name) {
 
 // How long before or behind the time of an entry its alarm is.
 std::string distanceInWords(std::string_view value, std::string_view duration) {
-  if (duration.empty()) return "at the time";
-  return std::string(duration) + (value.starts_with('-') ? " before" : " after");
+  if (duration.empty()) return std::string(tr("at the time"));
+  return filled(value.starts_with('-') ? tr("%1 before") : tr("%1 after"), {duration});
 }
 
 std::string joined(const std::vector<std::string> &values) {
@@ -190,7 +191,8 @@ void HtmlWriter::beginSection(const Section &section) {
     case Kind::Alarm:
       html_.put("<section class=\"alarm\">\n");
       heading(level_ + 2, "class=\"alarm-name\"");
-      html_.put("Alarm" + closing_);
+      html_.putText(tr("Alarm"));
+      html_.put(closing_);
       break;
     case Kind::None:
     case Kind::Hidden:
@@ -217,7 +219,7 @@ void HtmlWriter::closeSection() {
   closeRows();
   if (kind_ == Kind::Card) html_.put("</article>\n");
   if (kind_ == Kind::Calendar) {
-    if (!headed_) nameCalendar("Calendar");
+    if (!headed_) nameCalendar(tr("Calendar"));
     html_.put("</div>\n");
   }
   if (kind_ == Kind::Alarm) html_.put("</section>\n");
@@ -236,9 +238,10 @@ void HtmlWriter::beginCard(const Section &section) {
             id + "\">\n<header class=\"head\">\n");
   if (isNested) {
     const Outer &outer = outer_.back();
-    html_.put("<p class=\"part\">Agent of <a href=\"#c" + std::to_string(outer.id) + "\"><bdi>" +
-              asHtml(outer.name.empty() ? labelText(kUntitledId) : outer.name) +
-              "</bdi></a></p>\n");
+    const std::string link = "<a href=\"#c" + std::to_string(outer.id) + "\"><bdi>" +
+                             asHtml(outer.name.empty() ? tr(labelText(kUntitledId)) : outer.name) +
+                             "</bdi></a>";
+    html_.put("<p class=\"part\">" + filled(asHtml(tr("Agent of %1")), {link}) + "</p>\n");
   }
   if (outer_.size() == kMostOuter) outer_.erase(outer_.begin());
   outer_.push_back({section.number, ids_, ""});
@@ -249,7 +252,7 @@ void HtmlWriter::beginCard(const Section &section) {
 void HtmlWriter::openHeading() {
   if (std::exchange(headed_, true)) return;
   heading(level_, "class=\"name none\"");
-  html_.putText(labelText(kUntitledId));
+  html_.putText(tr(labelText(kUntitledId)));
   html_.put(std::exchange(closing_, {}));
 }
 
@@ -334,7 +337,7 @@ void HtmlWriter::endSummaryLine(const std::vector<std::string> &types) {
   if (!streams_) putHeld();
   if (isOpen_ && !types.empty()) {
     std::vector<std::string> labels;
-    for (const std::string &type : types) labels.emplace_back(typeLabel(type));
+    for (const std::string &type : types) labels.emplace_back(tr(typeLabel(type)));
     html_.put(" <small>" + asHtml(joined(labels)) + "</small>");
   }
   closeValue();
@@ -374,7 +377,8 @@ void HtmlWriter::giveEntries() {
         const std::string day = dayOf(moment);
         html_.put("<section class=\"day\">\n");
         heading(level_, "class=\"date\"");
-        html_.put(day.empty() ? "Without a date" : timeElement(dayInWords(day), day, ""));
+        html_.put(day.empty() ? asHtml(tr("Without a date"))
+                              : timeElement(dayInWords(day), day, ""));
         html_.put(std::exchange(closing_, {}));
       },
       [&](std::string_view html) { html_.put(html); });
@@ -466,9 +470,9 @@ void HtmlWriter::endProperty() {
     }
   }
   if (form_ == Form::Person && streams_) {  // too long to stand beside what is told of it
-    head_.rows.push_back({std::string(parameterLabel("CN")), called_});
-    head_.rows.push_back({std::string(parameterLabel("PARTSTAT")), answer_});
-    head_.rows.push_back({std::string(parameterLabel("ROLE")), role_});
+    head_.rows.push_back({std::string(tr(parameterLabel("CN"))), called_});
+    head_.rows.push_back({std::string(tr(parameterLabel("PARTSTAT"))), answer_});
+    head_.rows.push_back({std::string(tr(parameterLabel("ROLE"))), role_});
   }
   endValue();
   if (rowOpen_) {
@@ -577,7 +581,7 @@ void HtmlWriter::openValue() {
   }
   openList(List::Fields);
   html_.put("<dt>");
-  html_.putText(labelText(field_));
+  html_.putText(tr(labelText(field_)));
   html_.put("</dt><dd dir=\"auto\"");
   if (field_ - kFirstNameId < std::size(kNameClasses)) {
     html_.put(" class=\"");
@@ -737,9 +741,12 @@ void HtmlWriter::putPerson(std::string_view utf8) {
   }
   putText(name);
   html_.put(address.empty() ? "</span>" : "</a>");
-  if (!answer_.empty()) html_.put(" " + tagElement(answer_));
+  if (!answer_.empty()) html_.put(" " + stateElement(answer_));
   std::string more = roleInWords(role_);
-  if (replyWanted_) more += more.empty() ? "reply requested" : ", reply requested";
+  if (replyWanted_) {
+    if (!more.empty()) more += ", ";
+    more += tr("reply requested");
+  }
   if (!more.empty()) html_.put(" <small>" + asHtml(more) + "</small>");
   html_.put("</span>");
 }
@@ -772,7 +779,7 @@ void HtmlWriter::object(const PlacedObject &object) {
   }
   html_.put("<span class=\"quiet\">");
   html_.putText(contentKind(type));
-  html_.put(", " + sizeInWords(size) + "</span>");
+  html_.put(", <bdi>" + asHtml(sizeInWords(size)) + "</bdi></span>");
 }
 
 // Puts the content as data between two pieces of markup and answers its size in bytes.
