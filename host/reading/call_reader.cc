@@ -40,22 +40,16 @@ constexpr AttendeeRow kAttendeeRows[] = {
 
 class PlacedBase64 final : public PlacedObject {
  public:
-  PlacedBase64(const FilterLibrary &filter, VcardStream *stream, uint64_t start, uint64_t length)
-      : filter_(filter), stream_(stream), start_(start), length_(length) {}
-
-  OpenIo open() const override {
-    constexpr uint32_t base64 = 2;
-    VcardIo *opened = nullptr;
-    // The ranges that the filter gives are never empty, so what fails is memory.
-    if (filter_.doSpecial(stream_, start_, &opened, length_, 0, base64) != 0)
-      throw std::bad_alloc();
-    return OpenIo(opened);
+  PlacedBase64(const FilterLibrary &filter, VcardStream *stream, const Extent &where)
+      : filter_(filter), stream_(stream) {
+    place = where;
   }
+
+  OpenIo open() const override { return openPlaced(filter_, stream_, place); }
 
  private:
   const FilterLibrary &filter_;
   VcardStream *stream_;
-  uint64_t start_, length_;
 };
 
 SummaryRole roleOf(SummaryKind kind) {
@@ -74,6 +68,15 @@ SummaryRole roleOf(SummaryKind kind) {
 }
 
 }  // namespace
+
+OpenIo openPlaced(const FilterLibrary &filter, VcardStream *stream, const Extent &place) {
+  constexpr uint32_t base64 = 2;
+  VcardIo *opened = nullptr;
+  // The ranges that the filter gives are never empty, so what fails is memory.
+  if (filter.doSpecial(stream, place.offset, &opened, place.length, 0, base64) != 0)
+    throw std::bad_alloc();
+  return OpenIo(opened);
+}
 
 CallReader::CallReader(const FilterLibrary &filter, CardEvents *events, LineNoteReader *notes,
                        const SpoolFile *viewText)
@@ -800,7 +803,7 @@ void CallReader::emitObject(const VcardObjectRecord &) {
 }
 
 void CallReader::placeObject() {
-  PlacedBase64 object(filter_, stream_, dataStart_, dataLength_);
+  PlacedBase64 object(filter_, stream_, {dataStart_, dataLength_});
   object.title = title_;
   if (line_ && line_->data) {
     if (line_->extent) object.extent = line_->data;

@@ -168,6 +168,9 @@ class CallReader : public Output {
   std::string title_;
 };
 
+// Opens the content of a PlacedObject by its place in what `stream` reads. Throws std::bad_alloc.
+OpenIo openPlaced(const FilterLibrary &filter, VcardStream *stream, const Extent &place);
+
 }  // namespace px
 
 #endif
