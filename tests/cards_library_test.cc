@@ -250,7 +250,7 @@ TEST(CardsLibrary, OpensObjects) {
   EXPECT_EQ(PxOpenObject(reader.p, 1, &first), PxErrorObject);
 
   PxSetRaw(reader.p, 1);
-  reader.open("BEGIN:VCARD\nFN:A\nKEY;ENCODING=b:QUJD!!!!\nEND:VCARD\n");
+  reader.open("BEGIN:VCARD\nFN:A\nKEY;BASE64:QUJD*QUJD\nEND:VCARD\n");
   ASSERT_EQ(PxReadJson(reader.p, &text), PxGood);
   ASSERT_EQ(PxOpenObject(reader.p, 1, &first), PxGood);
   EXPECT_EQ(reader.object(first, &last), "ABC");
