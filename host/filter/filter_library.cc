@@ -12,15 +12,22 @@
 namespace px {
 namespace {
 
-// The library in lib/ beside the program's bin/ goes before any other, so that a build tree runs
-// its own. A run path would say the same, but the sanitizers' dlopen doesn't go by the program's.
+// The library beside the one that this stands in, or in lib/ beside the program's bin/, goes before
+// any other, so that a build tree runs its own. A run path would say the same, but the sanitizers'
+// dlopen doesn't go by it. What is named from the current folder isn't looked at.
 std::string libraryPath() {
   namespace fs = std::filesystem;
-  const std::string name = "libpx_vcrd.so";
+  const std::string name = PX_FILTER_NAME;
   std::error_code none;
+  Dl_info own{};
+  const bool known = dladdr(reinterpret_cast<const void *>(&libraryPath), &own) != 0;
+  const fs::path library = known ? own.dli_fname : "";
   const fs::path program = fs::read_symlink("/proc/self/exe", none);
-  const fs::path beside = program.parent_path().parent_path() / "lib" / name;
-  return beside.is_absolute() && fs::exists(beside, none) ? beside.string() : name;
+  for (const fs::path &beside :
+       {library.parent_path() / name, program.parent_path().parent_path() / "lib" / name}) {
+    if (beside.is_absolute() && fs::exists(beside, none)) return beside.string();
+  }
+  return name;
 }
 
 FilterLibrary load() {
