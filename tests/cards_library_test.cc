@@ -9,6 +9,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <regex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -412,6 +413,19 @@ TEST(CardsLibrary, GivesTheViewByDocuments) {
   }
   EXPECT_EQ(all, "1141 BEGIN:VCARD\n1196 BEGIN:VCALE\n");
   EXPECT_EQ(PxNextDocument(reader.p, &format, &view), PxEnd);
+}
+
+TEST(CardsLibrary, StringIdsMeanTheirTexts) {
+  std::ifstream header(PX_STRING_IDS);
+  const std::regex row(R"re(VcardString\w+ = (\d+),? /\* "([^"]*)")re");
+  std::smatch match;
+  int rows = 0;
+  for (std::string line; std::getline(header, line);) {
+    if (!std::regex_search(line, match, row)) continue;
+    ++rows;
+    EXPECT_EQ(PxLabelText(static_cast<uint32_t>(std::stoul(match[1])), "en"), match[2]) << line;
+  }
+  EXPECT_GT(rows, 90);
 }
 
 TEST(CardsLibrary, TellsFaultsAndLabels) {
