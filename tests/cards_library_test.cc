@@ -415,6 +415,28 @@ TEST(CardsLibrary, GivesTheViewByDocuments) {
   EXPECT_EQ(PxNextDocument(reader.p, &format, &view), PxEnd);
 }
 
+TEST(CardsLibrary, WritesText) {
+  struct Page {
+    std::string text;
+    int calls = 0, most = INT32_MAX;
+  };
+  const auto sink = [](void *user, const char *bytes, uint64_t size) -> int32_t {
+    Page &page = *static_cast<Page *>(user);
+    page.text.append(bytes, size);
+    return ++page.calls >= page.most ? 1 : 0;
+  };
+  Reader reader;
+  Page whole, cut;
+  reader.open(kTwo);
+  EXPECT_EQ(PxWriteText(reader.p, nullptr, sink, &whole), PxGood);
+  EXPECT_EQ(whole.text.substr(0, 8), "Ann\n===\n");
+  EXPECT_NE(whole.text.find("\nBob Bo\n======\n"), std::string::npos) << whole.text;
+  cut.most = 1;
+  reader.open(kTwo);
+  EXPECT_EQ(PxWriteText(reader.p, nullptr, sink, &cut), PxStopped);
+  EXPECT_EQ(cut.calls, 1);
+}
+
 TEST(CardsLibrary, StringIdsMeanTheirTexts) {
   std::ifstream header(PX_STRING_IDS);
   const std::regex row(R"re(VcardString\w+ = (\d+),? /\* "([^"]*)")re");
