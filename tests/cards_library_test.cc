@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <new>
 #include <regex>
 #include <string>
 #include <thread>
@@ -16,6 +18,21 @@
 
 #include "px/cards.h"
 #include "px/vcrd.h"
+
+// The allocation of this number fails, counted from 1 on the thread that set it, and all behind it.
+static thread_local long failingAllocation = 0;
+
+void *operator new(size_t size) {
+  if (failingAllocation < 0 || (failingAllocation > 0 && --failingAllocation == 0)) {
+    failingAllocation = -1;
+    throw std::bad_alloc();
+  }
+  void *memory = std::malloc(size);
+  if (!memory) throw std::bad_alloc();
+  return memory;
+}
+void operator delete(void *memory) noexcept { std::free(memory); }
+void operator delete(void *memory, size_t) noexcept { std::free(memory); }
 
 namespace {
 
@@ -360,6 +377,31 @@ TEST(CardsLibrary, ErrorsStay) {
               std::string(1 << 20, 'a') + "\nEND:VCARD\n");
   EXPECT_EQ((reader.json(&last), last), PxErrorTemporary) << reader.error();
   ::unsetenv("TMPDIR");
+}
+
+TEST(CardsLibrary, NoMemoryIsAnError) {
+  const std::string all = kTwo + kCalendar + "BEGIN:VCARD\r\nFN;CHARSET=koi8-r:\xC1\r\nEND:VCARD\r\n";
+  PxEvents none{};
+  none.size = sizeof none;
+  bool failed = true;
+  long count = 0;
+  while (failed) {
+    Reader reader;
+    PxText text;
+    char piece[8];
+    uint64_t handle, got;
+    failingAllocation = ++count;
+    int32_t results[] = {reader.p ? PxOpenMemory(reader.p, all.data(), all.size()) : PxErrorMemory,
+                         PxReadJson(reader.p, &text), PxOpenObject(reader.p, 1, &handle), 0, 0};
+    results[3] = results[2] ? results[2] : PxReadObject(reader.p, handle, piece, 8, &got);
+    while ((results[4] = PxReadEvents(reader.p, &none, nullptr)) == PxGood) {
+    }
+    failed = failingAllocation < 0;
+    failingAllocation = 0;
+    const int32_t *first = std::find_if(results, results + 5, [](int32_t r) { return r != PxGood; });
+    EXPECT_EQ(*first, failed ? PxErrorMemory : PxEnd) << count << reader.error();
+  }
+  EXPECT_GT(count, 50);
 }
 
 TEST(CardsLibrary, OneThreadAtATime) {
