@@ -1,4 +1,5 @@
-# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev and pxcard.
+# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev and pxcard. A package more
+# is a component more: its name in the list, and the lines that describe it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_NAME px)

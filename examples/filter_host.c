@@ -13,32 +13,27 @@ static int32_t readFile(VcardIo *io, void *to, uint32_t size, uint32_t *count) {
   return ferror(((FileIo *)io)->file) ? -1 : 0;
 }
 static int32_t seekFile(VcardIo *io, uint16_t whence, uint64_t position) {
-  (void)whence; /* always from the start */
-  return fseek(((FileIo *)io)->file, (long)position, SEEK_SET);
+  return fseek(((FileIo *)io)->file, (long)position, SEEK_SET); /* whence is always the start */
 }
 static int32_t tellFile(VcardIo *io, uint32_t *position) {
   *position = (uint32_t)ftell(((FileIo *)io)->file);
   return 0;
 }
 static int32_t noInfo(VcardIo *io, uint32_t selector, void *argument) {
-  return (void)io, (void)selector, (void)argument, -1; /* no 64-bit slots */
+  return -1; /* no 64-bit slots */
 }
 
 /* The output routines; `last`, the first user value, is where the kind of the last break goes. */
 static int64_t emitChar(uint16_t code, uint64_t last, uint64_t unused) {
-  (void)last, (void)unused;
   return putchar(code < 0x80 ? code : '?');
 }
 static int64_t emitSpecial(uint32_t kind, uint64_t last, uint64_t unused) {
-  (void)last, (void)unused;
   return putchar(kind == SoSpecialLineBreak ? '\n' : kind == SoSpecialTab ? '\t' : ' ');
 }
 static int64_t emitLabel(uint32_t id, uint64_t last, uint64_t unused) {
-  (void)last, (void)unused;
   return id == VcardStringTelephone ? printf("Telephone") : printf("<%u>", (unsigned)id);
 }
 static int64_t emitBreak(uint32_t kind, uint32_t zero, uint64_t last, uint64_t unused) {
-  (void)zero, (void)unused;
   *(uint32_t *)(uintptr_t)last = kind;
   return putchar('\n') & 0; /* 1 would ask the filter to stop here */
 }
