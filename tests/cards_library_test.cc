@@ -191,13 +191,31 @@ TEST(CardsLibrary, TellsEvents) {
   Events events;
   reader.open("BEGIN:VCARD\nVERSION:3.0\nN:Example;Ann\nTEL;TYPE=work,x:1\\n2\nEND:VCARD\n");
   ASSERT_EQ(PxReadEvents(reader.p, &events, &events), PxGood);
-  const std::vector<std::string> expected = {
-      "section 1 VCARD 3.0 0", "line 0", "text Ann Example", "end line",
-      "line 4", "text 1 2", "end line work x", "property 79411 VERSION", "text 3.0",
-      "end property", "property 79399 N", "field 79412", "text Example", "field 79413", "text Ann",
-      "field 79414", "field 79415", "field 79416", "end property",
-      "property 79406 TEL;TYPE=work,x", "text 1", "break", "text 2", "end property",
-      "end section"};
+  const std::vector<std::string> expected = {"section 1 VCARD 3.0 0",
+                                             "line 0",
+                                             "text Ann Example",
+                                             "end line",
+                                             "line 4",
+                                             "text 1 2",
+                                             "end line work x",
+                                             "property 79411 VERSION",
+                                             "text 3.0",
+                                             "end property",
+                                             "property 79399 N",
+                                             "field 79412",
+                                             "text Example",
+                                             "field 79413",
+                                             "text Ann",
+                                             "field 79414",
+                                             "field 79415",
+                                             "field 79416",
+                                             "end property",
+                                             "property 79406 TEL;TYPE=work,x",
+                                             "text 1",
+                                             "break",
+                                             "text 2",
+                                             "end property",
+                                             "end section"};
   EXPECT_EQ(events.lines, expected);
   EXPECT_EQ(PxReadEvents(reader.p, &events, &events), PxEnd);
 
@@ -373,14 +391,15 @@ TEST(CardsLibrary, ErrorsStay) {
   EXPECT_EQ(PxOpenFile(reader.p, path.c_str()), PxErrorFile);
 
   ::setenv("TMPDIR", path.c_str(), 1);
-  reader.open(kCalendar + std::string(1 << 20, ' ') + "\nBEGIN:VCARD\nFN;ENCODING=8BIT:" +
-              std::string(1 << 20, 'a') + "\nEND:VCARD\n");
+  reader.open(kCalendar + std::string(1 << 20, ' ') +
+              "\nBEGIN:VCARD\nFN;ENCODING=8BIT:" + std::string(1 << 20, 'a') + "\nEND:VCARD\n");
   EXPECT_EQ((reader.json(&last), last), PxErrorTemporary) << reader.error();
   ::unsetenv("TMPDIR");
 }
 
 TEST(CardsLibrary, NoMemoryIsAnError) {
-  const std::string all = kTwo + kCalendar + "BEGIN:VCARD\r\nFN;CHARSET=koi8-r:\xC1\r\nEND:VCARD\r\n";
+  const std::string all =
+      kTwo + kCalendar + "BEGIN:VCARD\r\nFN;CHARSET=koi8-r:\xC1\r\nEND:VCARD\r\n";
   PxEvents none{};
   none.size = sizeof none;
   bool failed = true;
@@ -398,7 +417,8 @@ TEST(CardsLibrary, NoMemoryIsAnError) {
     }
     failed = failingAllocation < 0;
     failingAllocation = 0;
-    const int32_t *first = std::find_if(results, results + 5, [](int32_t r) { return r != PxGood; });
+    const int32_t *first =
+        std::find_if(results, results + 5, [](int32_t r) { return r != PxGood; });
     EXPECT_EQ(*first, failed ? PxErrorMemory : PxEnd) << count << reader.error();
   }
   EXPECT_GT(count, 50);
@@ -424,8 +444,8 @@ TEST(CardsLibrary, OneThreadAtATime) {
     for (int i = 0; i < 300; ++i) {
       PxText text;
       uint64_t handle = 0;
-      const int32_t results[] = {PxOpenMemory(reader.p, kTwo.data(), kTwo.size()), PxReadJson(reader.p, &text),
-                                 PxOpenObject(reader.p, 1, &handle),
+      const int32_t results[] = {PxOpenMemory(reader.p, kTwo.data(), kTwo.size()),
+                                 PxReadJson(reader.p, &text), PxOpenObject(reader.p, 1, &handle),
                                  PxCloseObject(reader.p, handle)};
       for (const int32_t result : results) {
         EXPECT_TRUE(result == PxGood || result == PxEnd || result == PxErrorBusy ||
@@ -439,8 +459,8 @@ TEST(CardsLibrary, OneThreadAtATime) {
   other.join();
 }
 
-// What the filter makes of an input: the characters, with "|" for each break, and the first bytes of
-// the object that comes last.
+// What the filter makes of an input: the characters, with "|" for each break, and the first bytes
+// of the object that comes last.
 struct FilterRun {
   std::u16string text;
   uint32_t last = 0;
@@ -537,7 +557,7 @@ TEST(CardsLibrary, WritesText) {
 
 TEST(CardsLibrary, StringIdsMeanTheirTexts) {
   std::ifstream header(PX_STRING_IDS);
-  const std::regex row(R"re(VcardString\w+ = (\d+),? /\* "([^"]*)")re");
+  const std::regex row(R"re(VcardString\w+ = (\d+),? +/\* "([^"]*)")re");
   std::smatch match;
   int rows = 0;
   for (std::string line; std::getline(header, line);) {
