@@ -7,7 +7,7 @@ cd "$1"
 grep -rn '^ *# *include *"' vcrd host core util | awk '
   BEGIN {
     split("frame input parser objects output", vcrd)
-    split("io languages source filter reading labels writers saving command", host)
+    split("io languages source filter reading labels writers saving library command", host)
     for (i in vcrd) rank["vcrd/" vcrd[i]] = i + 0
     for (i in host) rank["host/" host[i]] = i + 0
   }

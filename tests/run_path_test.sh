@@ -7,7 +7,7 @@ installed=$(mktemp -d)
 trap 'rm -rf "$installed"' EXIT
 cmake --install "$1" --prefix "$installed" >/dev/null
 
-for file in "$1"/bin/* "$1"/lib/* "$installed"/bin/* "$installed"/lib/*; do
+for file in "$1"/bin/* "$1"/lib/*.so "$installed"/bin/* "$installed"/lib/*.so; do
   readelf -d "$file" | sed -n "s|.*R.*PATH.*\[\(.*\)\]|$file:\1:|p"
 done | awk -F: '
   { for (i = 2; i < NF; ++i) if ($i !~ /^(\/|\$ORIGIN(\/|$))/) { print; bad = 1 } }
@@ -15,7 +15,7 @@ done | awk -F: '
 
 # Nor does the command where the system doesn't tell it its own path.
 mkdir -p "$installed/here/lib"
-echo 'no library' >"$installed/here/lib/libpx_vcrd.so"
+echo 'no library' >"$installed/here/lib/libpx_vcrd.so.1"
 cd "$installed/here"
 error=$(unshare -rm sh -c 'mount -t tmpfs none /proc && "$0" card.vcf' "$1/bin/pxcard" 2>&1) || :
 ! echo "$error" | grep lib/libpx_vcrd.so

@@ -14,13 +14,20 @@
 namespace px {
 namespace {
 
-// The library in lib/ beside the program's bin/ goes before any other, so that a build tree runs
-// its own. A run path would say the same, but the sanitizers' dlopen doesn't go by the program's.
+// The library beside the one that this stands in, or in lib/ beside the program's bin/, goes before
+// any other, so that a build tree runs its own. A run path would say the same, but the sanitizers'
+// dlopen doesn't go by it. What is named from the current folder isn't looked at.
 std::string libraryPath() {
-  const std::string name = "libpx_vcrd.so";
-  const std::filesystem::path beside = besideProgram("lib/" + name);
+  namespace fs = std::filesystem;
+  const std::string name = PX_FILTER_NAME;
   std::error_code none;
-  return std::filesystem::exists(beside, none) ? beside.string() : name;
+  Dl_info own{};
+  const bool known = dladdr(reinterpret_cast<const void *>(&libraryPath), &own) != 0;
+  const fs::path library = known ? own.dli_fname : "";
+  for (const fs::path &beside : {library.parent_path() / name, besideProgram("lib/" + name)}) {
+    if (beside.is_absolute() && fs::exists(beside, none)) return beside.string();
+  }
+  return name;
 }
 
 FilterLibrary load() {
@@ -32,7 +39,8 @@ FilterLibrary load() {
   // It is the sibling library's, which comes with the filter.
   const auto setOption =
       reinterpret_cast<decltype(UTSetGlobalOption) *>(dlsym(library, "UTSetGlobalOption"));
-  if (!getRtns || !versionText || !setOption) throw std::runtime_error(path + ": no filter library");
+  if (!getRtns || !versionText || !setOption)
+    throw std::runtime_error(path + ": no filter library");
 
   void *table[VwSlotCount] = {};
   getRtns(table, VwSlotCount);

@@ -42,7 +42,7 @@ void CallReader::endDefinition(uint32_t type, uint32_t id) {
     styles_.end(id);
   } else if (type == SoDefinitionAttachment) {
     place_ = Place::Listing;
-    property_.object(dataStart_, dataLength_, title_);
+    property_.object({dataStart_, dataLength_}, title_);
   }
 }
 
@@ -165,7 +165,7 @@ void CallReader::setObjectData(uint32_t selector, uint64_t a, uint64_t b) {
 
 void CallReader::emitObject(const VcardObjectRecord &) {
   takeRun();
-  property_.object(dataStart_, dataLength_, {});
+  property_.object({dataStart_, dataLength_}, {});
 }
 
 }  // namespace px

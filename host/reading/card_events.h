@@ -91,6 +91,7 @@ class PlacedObject {
   // person, when it can't be. Any number of times, until the event's end.
   virtual OpenIo open() const = 0;
 
+  Extent place;                  // in what the filter reads, as it is opened again later
   std::string title;             // an attachment's file name, or empty; a hint from a stranger
   std::string declaredType;      // the MIME type that the card tells, or empty; a hint likewise
   std::optional<Extent> extent;  // of the Base64 text in the file

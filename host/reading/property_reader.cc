@@ -27,25 +27,28 @@ constexpr AttendeeRow kAttendeeRows[] = {
 
 class PlacedBase64 final : public PlacedObject {
  public:
-  PlacedBase64(const FilterLibrary &filter, VcardStream *stream, uint64_t start, uint64_t length)
-      : filter_(filter), stream_(stream), start_(start), length_(length) {}
-
-  OpenIo open() const override {
-    constexpr uint32_t base64 = 2;
-    VcardIo *opened = nullptr;
-    // The ranges that the filter gives are never empty, so what fails is memory.
-    if (filter_.doSpecial(stream_, start_, &opened, length_, 0, base64) != 0)
-      throw std::bad_alloc();
-    return OpenIo(opened);
+  PlacedBase64(const FilterLibrary &filter, VcardStream *stream, const Extent &where)
+      : filter_(filter), stream_(stream) {
+    place = where;
   }
+
+  OpenIo open() const override { return openPlaced(filter_, stream_, place); }
 
  private:
   const FilterLibrary &filter_;
   VcardStream *stream_;
-  uint64_t start_, length_;
 };
 
 }  // namespace
+
+OpenIo openPlaced(const FilterLibrary &filter, VcardStream *stream, const Extent &place) {
+  constexpr uint32_t base64 = 2;
+  VcardIo *opened = nullptr;
+  // The ranges that the filter gives are never empty, so what fails is memory.
+  if (filter.doSpecial(stream, place.offset, &opened, place.length, 0, base64) != 0)
+    throw std::bad_alloc();
+  return OpenIo(opened);
+}
 
 void PropertyReader::beginRun(int16_t format, VcardStream *stream, bool inPlace) {
   format_ = format;
@@ -306,9 +309,9 @@ void PropertyReader::end() {
 
 // Objects.
 
-void PropertyReader::object(uint64_t start, uint64_t length, const std::string &title) {
+void PropertyReader::object(const Extent &place, const std::string &title) {
   if (place_ != Place::Value) beginValue();
-  PlacedBase64 object(filter_, stream_, start, length);
+  PlacedBase64 object(filter_, stream_, place);
   object.title = title;
   if (line_ && line_->data) {
     if (line_->extent) object.extent = line_->data;

@@ -44,8 +44,8 @@ class PropertyReader {
   void lineBreak();
   void tab();
   void separator();
-  // Base64 text in a stretch of the filter's input.
-  void object(uint64_t start, uint64_t length, const std::string &title);
+  // Base64 text at a place in the filter's input.
+  void object(const Extent &place, const std::string &title);
   void end();
 
  private:
@@ -93,6 +93,9 @@ class PropertyReader {
   bool skipsField_ = false;  // its text is of an attendee's parameter,
   Parameter late_;           // this one
 };
+
+// Opens the content of a PlacedObject by its place in what `stream` reads. Throws std::bad_alloc.
+OpenIo openPlaced(const FilterLibrary &filter, VcardStream *stream, const Extent &place);
 
 }  // namespace px
 

@@ -1,0 +1,54 @@
+# What `cmake --install` puts where, in components, each of which is a Debian package as well.
+include(CMakePackageConfigHelpers)
+
+set(px_libraries px_core px_util px_vcrd px_cards)
+set_target_properties(${px_libraries} PROPERTIES
+  VERSION ${PX_SOVERSION}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH}
+  SOVERSION ${PX_SOVERSION})
+foreach(library IN LISTS px_libraries)
+  string(REPLACE px_ "" name ${library})
+  set_target_properties(${library} PROPERTIES EXPORT_NAME ${name})
+  add_library(px::${name} ALIAS ${library})
+endforeach()
+
+# Libraries, and what programs are built with.
+install(TARGETS ${px_libraries} EXPORT px
+  LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/px TYPE INCLUDE COMPONENT development)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/px)
+install(EXPORT px NAMESPACE px:: DESTINATION ${package_dir} COMPONENT development
+  FILE px-config.cmake)
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/px-config-version.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/px-config-version.cmake
+  DESTINATION ${package_dir} COMPONENT development)
+
+# The .pc files find the tree by where they stand, so it can be moved.
+file(RELATIVE_PATH PX_PREFIX_FROM_PC
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+foreach(name vcrd cards)
+  configure_file(packaging/px-${name}.pc.in px-${name}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/px-${name}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endforeach()
+
+# The command, and how the desktop and mail programs find it. Its texts in other languages are
+# installed where they are made, in po/, and so are man pages and completions, in docs/.
+install(TARGETS pxcard COMPONENT command)
+install(FILES packaging/pxcard.desktop
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT command)
+install(FILES packaging/pxcard.mailcap
+  DESTINATION lib/mime/packages RENAME pxcard COMPONENT command)
+
+set(packages runtime libpx${PX_SOVERSION} development libpx-dev command pxcard)
+while(packages)
+  list(POP_FRONT packages component package)
+  install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} RENAME copyright
+    COMPONENT ${component})
+endwhile()
+install(FILES README.md docs/json.md docs/card.schema.json
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libpx-dev COMPONENT development)
+
+include(cmake/packages.cmake)

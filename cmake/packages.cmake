@@ -1,0 +1,40 @@
+# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev and pxcard. A package more
+# is a component more: its name in the list, and the lines that describe it.
+set(CPACK_GENERATOR DEB)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_PACKAGE_NAME px)
+set(CPACK_PACKAGE_CONTACT "The px developers <px@localhost>")
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL runtime development command)
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+# Dependencies come from the packages of the system; px's own libraries are found in the build.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libpx${PX_SOVERSION})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
+  "vCard and vCalendar filter and reader, shared libraries
+ libpx_vcrd reads vCard and vCalendar text and drives a document host with it.
+ libpx_cards tells programs what a person sees in such files.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libpx-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libpx${PX_SOVERSION} (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+  "vCard and vCalendar filter and reader, for development
+ The headers, the CMake package and the manuals of libpx_vcrd and libpx_cards.")
+
+set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME pxcard)
+set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_COMMAND_PACKAGE_DEPENDS "libpx${PX_SOVERSION} (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_COMMAND_DESCRIPTION
+  "shows vCard and vCalendar files
+ pxcard shows cards and calendars as text or JSON and saves what is embedded in them.")
+
+include(CPack)

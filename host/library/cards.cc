@@ -1,0 +1,218 @@
+// The C interface: arguments are checked, one thread at a time let in, exceptions made results.
+
+#include "px/cards.h"
+
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "host/labels/label_texts.h"
+#include "host/labels/property_labels.h"
+#include "host/library/reader.h"
+#include "host/library/result.h"
+
+namespace px {
+namespace {
+
+int32_t fail(PxReader *reader, int32_t result, const char *text = nullptr) {
+  reader->error = text ? text : PxResultText(result);
+  return result;
+}
+
+// Runs `step`, which answers a result.
+template <class Step>
+int32_t run(PxReader *reader, Step step) noexcept {
+  reader->error = "";
+  try {
+    return step(reader->reader);
+  } catch (...) {
+    const int32_t result = resultOfException(PxErrorRead, &reader->errorText);
+    return fail(reader, result, reader->errorText.empty() ? nullptr : reader->errorText.c_str());
+  }
+}
+
+// The same for the calls that may come from anywhere but another thread or an event. `sound` tells
+// that the arguments are.
+template <class Step>
+int32_t enter(PxReader *reader, bool sound, Step step) noexcept {
+  if (!reader) return PxErrorArgument;
+  if (!reader->use.begin()) {
+    const bool inEvent = reader->use.byThisThread();
+    return inEvent ? fail(reader, PxErrorBusy, "the call isn't one for an event") : PxErrorBusy;
+  }
+  const int32_t result = sound ? run(reader, step) : fail(reader, PxErrorArgument);
+  reader->use.end();
+  return result;
+}
+
+// The same for those that an event may make.
+template <class Step>
+int32_t enterWithin(PxReader *reader, bool sound, Step step) noexcept {
+  if (!reader) return PxErrorArgument;
+  if (!reader->use.byThisThread()) return enter(reader, sound, step);
+  return sound ? run(reader, step) : fail(reader, PxErrorArgument);
+}
+
+std::string_view viewOf(const char *text) { return text ? text : ""; }
+
+// There is one language so far: English. A catalogue is looked for here.
+const char *inLanguage(std::string_view english, const char * /*language*/) {
+  return english.empty() ? "" : english.data();
+}
+
+}  // namespace
+}  // namespace px
+
+using px::enter;
+using px::enterWithin;
+using px::Reader;
+
+extern "C" {
+
+PxReader *PxNewReader(void) { return new (std::nothrow) PxReader(); }
+
+int32_t PxFreeReader(PxReader **reader) {
+  if (!reader) return PxErrorArgument;
+  if (!*reader) return PxGood;
+  if (!(*reader)->use.begin()) return PxErrorBusy;
+  delete *reader;
+  *reader = nullptr;
+  return PxGood;
+}
+
+const char *PxErrorText(const PxReader *reader) {
+  if (!reader) return "the reader is null";
+  if (reader->use.byThisThread()) return reader->error;
+  if (!reader->use.begin()) return PxResultText(PxErrorBusy);
+  const char *text = reader->error;
+  reader->use.end();
+  return text;
+}
+
+const char *PxVersion(void) { return PX_VERSION; }
+
+int32_t PxSetFault(PxReader *reader, PxFault fault, void *user) {
+  return enter(reader, true, [=](Reader &inner) {
+    inner.settings.fault = fault;
+    inner.settings.faultUser = user;
+    return PxGood;
+  });
+}
+
+int32_t PxSetRaw(PxReader *reader, int32_t raw) {
+  return enter(reader, true, [=](Reader &inner) {
+    inner.settings.raw = raw != 0;
+    return PxGood;
+  });
+}
+
+int32_t PxOpenFile(PxReader *reader, const char *path) {
+  return enter(reader, path != nullptr, [=](Reader &inner) {
+    inner.close();
+    inner.open(px::openFileInput(path), path);
+    return PxGood;
+  });
+}
+
+int32_t PxOpenMemory(PxReader *reader, const void *bytes, uint64_t size) {
+  return enter(reader, bytes || size == 0, [=](Reader &inner) {
+    inner.close();
+    inner.open(px::openMemoryInput(bytes, size), {});
+    return PxGood;
+  });
+}
+
+int32_t PxOpenIo(PxReader *reader, VcardIo *io) {
+  const bool sound = io && io->Read && io->Seek && io->GetInfo;
+  return enter(reader, sound, [=](Reader &inner) {
+    inner.close();
+    inner.open(px::openCallerInput(io), {});
+    return PxGood;
+  });
+}
+
+int32_t PxClose(PxReader *reader) {
+  return enter(reader, true, [](Reader &inner) {
+    inner.close();
+    return PxGood;
+  });
+}
+
+int32_t PxSetName(PxReader *reader, const char *name) {
+  return enter(reader, name != nullptr, [=](Reader &inner) {
+    inner.setName(name);
+    return PxGood;
+  });
+}
+
+int32_t PxReadJson(PxReader *reader, PxText *json) {
+  return enter(reader, json != nullptr, [=](Reader &inner) { return inner.readJson(json); });
+}
+
+int32_t PxWriteJson(PxReader *reader, PxSink sink, void *user) {
+  return enter(reader, sink != nullptr, [=](Reader &inner) { return inner.writeJson(sink, user); });
+}
+
+int32_t PxReadEvents(PxReader *reader, const PxEvents *events, void *user) {
+  return enter(reader, events != nullptr,
+               [=](Reader &inner) { return inner.readEvents(events, user); });
+}
+
+int32_t PxWriteText(PxReader *reader, const PxLook *look, PxSink sink, void *user) {
+  const bool sound = sink && (!look || look->size == sizeof *look);
+  return enter(reader, sound, [=](Reader &inner) {
+    const px::TextLook as = look ? px::TextLook{look->width, look->color != 0} : px::TextLook{};
+    return inner.writeText(as, sink, user);
+  });
+}
+
+int32_t PxNextDocument(PxReader *reader, int16_t *format, VcardIo **view) {
+  return enter(reader, format && view,
+               [=](Reader &inner) { return inner.nextDocument(format, view); });
+}
+
+int32_t PxObjectCount(PxReader *reader, uint32_t *count) {
+  return enterWithin(reader, count != nullptr, [=](Reader &inner) {
+    *count = inner.objectCount();
+    return PxGood;
+  });
+}
+
+int32_t PxOpenObject(PxReader *reader, uint32_t number, uint64_t *handle) {
+  return enterWithin(reader, handle != nullptr, [=](Reader &inner) {
+    *handle = inner.openObject(number);
+    return PxGood;
+  });
+}
+
+int32_t PxReadObject(PxReader *reader, uint64_t handle, void *to, uint64_t size, uint64_t *count) {
+  return enterWithin(reader, count && (to || size == 0), [=](Reader &inner) {
+    *count = 0;
+    return inner.readObject(handle, static_cast<char *>(to), size, count);
+  });
+}
+
+int32_t PxCloseObject(PxReader *reader, uint64_t handle) {
+  return enterWithin(reader, true, [=](Reader &inner) {
+    inner.closeObject(handle);
+    return PxGood;
+  });
+}
+
+const char *PxLabelText(uint32_t label, const char *language) {
+  return px::inLanguage(px::labelText(label), language);
+}
+
+const char *PxPropertyLabel(uint32_t label, const char *name, const char *language) {
+  return px::inLanguage(px::propertyLabel(label, px::viewOf(name)), language);
+}
+
+const char *PxTypeLabel(const char *type, const char *language) {
+  return px::inLanguage(px::typeLabel(px::viewOf(type)), language);
+}
+
+const char *PxParameterLabel(const char *name, const char *language) {
+  return px::inLanguage(px::parameterLabel(px::viewOf(name)), language);
+}
+
+}  // extern "C"

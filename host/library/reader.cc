@@ -1,0 +1,215 @@
+#include "host/library/reader.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "host/io/base64_io.h"
+#include "host/library/result.h"
+#include "host/saving/content_type.h"
+#include "host/writers/file_text.h"
+
+namespace px {
+namespace {
+
+std::string contentTypeOf(const void *bytes, size_t size) {
+  return std::string(guessContentType({static_cast<const char *>(bytes), size}).mime);
+}
+
+const FilterLibrary &filter() {
+  try {
+    return filterLibrary();
+  } catch (const std::runtime_error &error) {
+    throw Failure(PxErrorFilter, error.what());
+  }
+}
+
+}  // namespace
+
+void Reader::Sink::put(std::string_view bytes) {
+  if (!stopped && !bytes.empty()) stopped = routine(user, bytes.data(), bytes.size()) != 0;
+}
+
+void Reader::open(std::unique_ptr<Input> input, std::string name) {
+  close();
+  filter();
+  input_ = std::move(input);
+  opened_ = settings;
+  name_ = std::move(name);
+}
+
+void Reader::close() noexcept {
+  endObjects();
+  sections_.reset();
+  documents_.reset();
+  json_.reset();
+  input_.reset();
+  anySection_ = false;
+  failure_ = PxGood;
+}
+
+void Reader::setName(std::string_view name) {
+  if (!input_) throw Failure(PxErrorOrder, "no input is open");
+  name_ = name;
+  // A section that an error has cut short is not closed any more.
+  if (json_ && failure_ == PxGood) json_->beginFile(name_);
+}
+
+void Reader::endObjects() {
+  handles_.clear();
+  objects_.forget();
+}
+
+FaultSink Reader::faultSink() const {
+  return [fault = opened_.fault, user = opened_.faultUser](uint64_t line, const std::string &text) {
+    if (fault) fault(user, line, text.c_str());
+  };
+}
+
+// Takes a step that reads the input. What ends it ends every later one.
+template <class Step>
+auto Reader::reading(Step step) {
+  if (!input_) throw Failure(PxErrorOrder, "no input is open");
+  endObjects();
+  if (failure_ != PxGood) throw Failure(failure_, failureText_);
+  try {
+    auto result = step();
+    input_->check();  // a failure has looked like the end of the input to the filter
+    return result;
+  } catch (...) {
+    // What isn't told as a failure of the input or of a temporary file is that there is no card.
+    failure_ = resultOfException(anySection_ ? PxErrorRead : PxErrorNotCards, &failureText_);
+  }
+  try {
+    input_->check();  // knows better why
+  } catch (...) {
+    failure_ = resultOfException(PxErrorRead, &failureText_);
+  }
+  endObjects();
+  throw Failure(failure_, failureText_.empty() ? PxResultText(failure_) : failureText_);
+}
+
+void Reader::beginSections() {
+  if (documents_) throw Failure(PxErrorOrder, "the input is read by documents");
+}
+
+bool Reader::readSection(CardEvents *target) {
+  objects_.setTarget(target);
+  if (!sections_) {
+    const Reading how = opened_.raw ? Reading::Raw : Reading::Viewed;
+    sections_.emplace(filter(), input_->io(), how, faultSink(), &objects_);
+  }
+  const bool any = sections_->readSection();
+  anySection_ |= any;
+  return any;
+}
+
+// JSON. The writer gives all of a section in pieces, with a line end behind it.
+
+bool Reader::readJsonSection() {
+  if (!json_) {
+    json_.emplace(JsonForm::Lines, contentTypeOf, [this](std::string_view bytes) {
+      if (bytes.ends_with('\n')) bytes.remove_suffix(1);
+      if (sink_.routine) {
+        sink_.put(bytes);
+      } else {
+        text_ += bytes;
+      }
+    });
+    json_->beginFile(name_);
+  }
+  const bool any = readSection(&*json_);
+  json_->flush();
+  return any;
+}
+
+int32_t Reader::readJson(PxText *json) {
+  beginSections();
+  sink_ = {};
+  text_.clear();
+  if (!reading([this] { return readJsonSection(); })) return PxEnd;
+  *json = {text_.c_str(), text_.size()};
+  return PxGood;
+}
+
+int32_t Reader::writeJson(PxSink sink, void *user) {
+  beginSections();
+  sink_ = {sink, user};
+  if (!reading([this] { return readJsonSection(); })) return PxEnd;
+  return sink_.stopped ? PxStopped : PxGood;
+}
+
+int32_t Reader::readEvents(const PxEvents *events, void *user) {
+  beginSections();
+  if (!events_.begin(events, user)) throw Failure(PxErrorArgument, "events of an unknown size");
+  if (!reading([this] { return readSection(&events_); })) return PxEnd;
+  return events_.stopped() ? PxStopped : PxGood;
+}
+
+int32_t Reader::writeText(const TextLook &look, PxSink sink, void *user) {
+  beginSections();
+  sink_ = {sink, user};
+  FileText text(look, contentTypeOf, [this](std::string_view bytes) { sink_.put(bytes); });
+  bool any = false;
+  try {
+    while (!sink_.stopped && reading([&] { return readSection(&text); })) any = true;
+  } catch (...) {
+    text.finish();
+    throw;
+  }
+  text.finish();
+  if (sink_.stopped) return PxStopped;
+  return any ? PxGood : PxEnd;
+}
+
+int32_t Reader::nextDocument(int16_t *format, VcardIo **view) {
+  if (sections_) throw Failure(PxErrorOrder, "the input is read by sections");
+  Documents::Document document;
+  const bool any = reading([&] {
+    if (!documents_) {
+      const Reading how = opened_.raw ? Reading::Raw : Reading::Viewed;
+      documents_.emplace(input_->io(), how, faultSink());
+    }
+    return documents_->next(&document);
+  });
+  if (!any) return PxEnd;
+  *format = document.format;
+  *view = document.io;
+  return PxGood;
+}
+
+// Objects.
+
+uint64_t Reader::openObject(uint32_t number) {
+  if (number == 0 || number > objects_.count()) throw Failure(PxErrorObject);
+  handles_[lastHandle_ + 1] = sections_->openObject(objects_.place(number));
+  return ++lastHandle_;
+}
+
+int32_t Reader::readObject(uint64_t handle, char *to, uint64_t size, uint64_t *count) {
+  const auto found = handles_.find(handle);
+  if (found == handles_.end()) throw Failure(PxErrorObject);
+  VcardIo *content = found->second.get();
+  uint64_t done = 0;
+  while (done < size) {
+    uint32_t got = 0;
+    const auto room = static_cast<uint32_t>(std::min<uint64_t>(size - done, UINT32_MAX));
+    if (content->Read(content, to + done, room, &got) != 0) {
+      input_->check();  // knows better why
+      throw Failure(PxErrorRead);
+    }
+    if (got == 0) break;
+    done += got;
+  }
+  *count = done;
+  if (done > 0 || size == 0) return PxGood;
+  input_->check();  // a failure has looked like the end
+  if (badBase64Byte(content).found) throw Failure(PxErrorDamaged);
+  return PxEnd;
+}
+
+void Reader::closeObject(uint64_t handle) {
+  if (handles_.erase(handle) == 0) throw Failure(PxErrorObject);
+}
+
+}  // namespace px

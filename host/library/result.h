@@ -1,0 +1,27 @@
+// The results of the C interface, and how an exception becomes one.
+
+#ifndef PX_HOST_LIBRARY_RESULT_H
+#define PX_HOST_LIBRARY_RESULT_H
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+#include "px/cards.h"
+
+namespace px {
+
+// An error that knows its result.
+struct Failure : std::runtime_error {
+  Failure(int32_t code, const std::string &text) : std::runtime_error(text), result(code) {}
+  explicit Failure(int32_t code) : Failure(code, PxResultText(code)) {}
+  const int32_t result;
+};
+
+// Answers the result of the exception that is being handled, and appends its text to `text`, as far
+// as there is memory for it. What carries no result of its own is `otherwise`.
+int32_t resultOfException(int32_t otherwise, std::string *text) noexcept;
+
+}  // namespace px
+
+#endif
