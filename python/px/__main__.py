@@ -6,6 +6,7 @@ import os
 import sys
 
 import px
+from px._reader import printable
 
 
 def main() -> int:
@@ -20,8 +21,7 @@ def main() -> int:
     def complain(text: str) -> None:
         nonlocal code
         code = 1
-        print("px:", "".join(c if c.isprintable() else ascii(c)[1:-1] for c in text),
-              file=sys.stderr)
+        print("px:", printable(text), file=sys.stderr)
 
     for file in options.files:
         name = "standard input" if file == "-" else file

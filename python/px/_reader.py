@@ -23,10 +23,16 @@ class FaultWarning(UserWarning):
     """Tells of a `Fault`."""
 
 
+def printable(text: str) -> str:
+    """The text with escapes for what would move a terminal."""
+    return "".join(c if c.isprintable() else ascii(c)[1:-1] for c in text)
+
+
 def warn(fault: Fault) -> None:
     # The place is the card's line. With the angle brackets Python doesn't look for it in the file,
     # and without a registry it doesn't keep all that it was told.
-    warnings.warn_explicit(fault.text, FaultWarning, f"<{fault.file or 'bytes'}>", fault.line)
+    place = f"<{printable(fault.file or 'bytes')}>"
+    warnings.warn_explicit(printable(fault.text), FaultWarning, place, fault.line)
 
 
 class Reader(Iterator[Section]):

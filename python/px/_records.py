@@ -36,7 +36,8 @@ class Object:
         It can be read until the reader gives its next section. An object of a section before that
         one is read by going through the input once more, up to the section: objects in their order
         cost one such pass together. `Error` is raised when the input is no longer there or has
-        changed, and where damaged Base64 ends the content, behind the good bytes.
+        changed. Where a byte that is no Base64 ends the content, that was a fault, and in raw
+        reading it is an `Error` behind the good bytes.
         """
         section: Section
         section, number = self.__dict__["place"]
@@ -144,7 +145,7 @@ class Section:
 def _head(data: dict[str, Any]) -> dict[str, Any]:
     get, of = data.get, data.get("summary", {}).get
     return {
-        "file": get("file"), "number": data["section"], "format": data["format"],
+        "file": get("file") or None, "number": data["section"], "format": data["format"],
         "component": get("component"), "version": get("version"),
         "offset": get("offset"), "length": get("length"),
         "part_of": get("partOf"), "agent_of": get("agentOf"),
