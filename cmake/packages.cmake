@@ -1,4 +1,5 @@
-# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev and pxcard.
+# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev and pxcard. A package more
+# is a component more: its name in the list, and the lines that describe it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_NAME px)
@@ -11,7 +12,7 @@ set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-# What stands in the build itself is found among the packages of the system, but for its own.
+# Dependencies come from the packages of the system; px's own libraries are found in the build.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 
@@ -19,7 +20,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libpx${PX_SOVERSION})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "vCard and vCalendar filter and reader, shared libraries
- libpx_vcrd reads vCard and vCalendar text and drives a document host with it;
+ libpx_vcrd reads vCard and vCalendar text and drives a document host with it.
  libpx_cards tells programs what a person sees in such files.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libpx-dev)
@@ -36,7 +37,4 @@ set(CPACK_COMPONENT_COMMAND_DESCRIPTION
   "shows vCard and vCalendar files
  pxcard shows cards and calendars as text or JSON and saves what is embedded in them.")
 
-# The loader's cache has to know the libraries.
-file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/triggers "activate-noawait ldconfig\n")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_BINARY_DIR}/triggers)
 include(CPack)

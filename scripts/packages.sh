@@ -1,7 +1,7 @@
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
 build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libuchardet-dev libutf8proc-dev rapidjson-dev scdoc"
-test_packages="libgtest-dev libbenchmark-dev python3 python3-jsonschema
+test_packages="libgtest-dev libbenchmark-dev pkg-config python3 python3-jsonschema
   python3-pytest python3-dask python3-distributed python3-pandas mypy"
 
 need_packages() {

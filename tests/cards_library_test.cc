@@ -4,17 +4,35 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <new>
+#include <regex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "px/cards.h"
 #include "px/vcrd.h"
+
+// The allocation of this number fails, counted from 1 on the thread that set it, and all behind it.
+static thread_local long failingAllocation = 0;
+
+void *operator new(size_t size) {
+  if (failingAllocation < 0 || (failingAllocation > 0 && --failingAllocation == 0)) {
+    failingAllocation = -1;
+    throw std::bad_alloc();
+  }
+  void *memory = std::malloc(size);
+  if (!memory) throw std::bad_alloc();
+  return memory;
+}
+void operator delete(void *memory) noexcept { std::free(memory); }
+void operator delete(void *memory, size_t) noexcept { std::free(memory); }
 
 namespace {
 
@@ -173,13 +191,31 @@ TEST(CardsLibrary, TellsEvents) {
   Events events;
   reader.open("BEGIN:VCARD\nVERSION:3.0\nN:Example;Ann\nTEL;TYPE=work,x:1\\n2\nEND:VCARD\n");
   ASSERT_EQ(PxReadEvents(reader.p, &events, &events), PxGood);
-  const std::vector<std::string> expected = {
-      "section 1 VCARD 3.0 0", "line 0", "text Ann Example", "end line",
-      "line 4", "text 1 2", "end line work x", "property 79411 VERSION", "text 3.0",
-      "end property", "property 79399 N", "field 79412", "text Example", "field 79413", "text Ann",
-      "field 79414", "field 79415", "field 79416", "end property",
-      "property 79406 TEL;TYPE=work,x", "text 1", "break", "text 2", "end property",
-      "end section"};
+  const std::vector<std::string> expected = {"section 1 VCARD 3.0 0",
+                                             "line 0",
+                                             "text Ann Example",
+                                             "end line",
+                                             "line 4",
+                                             "text 1 2",
+                                             "end line work x",
+                                             "property 79411 VERSION",
+                                             "text 3.0",
+                                             "end property",
+                                             "property 79399 N",
+                                             "field 79412",
+                                             "text Example",
+                                             "field 79413",
+                                             "text Ann",
+                                             "field 79414",
+                                             "field 79415",
+                                             "field 79416",
+                                             "end property",
+                                             "property 79406 TEL;TYPE=work,x",
+                                             "text 1",
+                                             "break",
+                                             "text 2",
+                                             "end property",
+                                             "end section"};
   EXPECT_EQ(events.lines, expected);
   EXPECT_EQ(PxReadEvents(reader.p, &events, &events), PxEnd);
 
@@ -355,10 +391,37 @@ TEST(CardsLibrary, ErrorsStay) {
   EXPECT_EQ(PxOpenFile(reader.p, path.c_str()), PxErrorFile);
 
   ::setenv("TMPDIR", path.c_str(), 1);
-  reader.open(kCalendar + std::string(1 << 20, ' ') + "\nBEGIN:VCARD\nFN;ENCODING=8BIT:" +
-              std::string(1 << 20, 'a') + "\nEND:VCARD\n");
+  reader.open(kCalendar + std::string(1 << 20, ' ') +
+              "\nBEGIN:VCARD\nFN;ENCODING=8BIT:" + std::string(1 << 20, 'a') + "\nEND:VCARD\n");
   EXPECT_EQ((reader.json(&last), last), PxErrorTemporary) << reader.error();
   ::unsetenv("TMPDIR");
+}
+
+TEST(CardsLibrary, NoMemoryIsAnError) {
+  const std::string all =
+      kTwo + kCalendar + "BEGIN:VCARD\r\nFN;CHARSET=koi8-r:\xC1\r\nEND:VCARD\r\n";
+  PxEvents none{};
+  none.size = sizeof none;
+  bool failed = true;
+  long count = 0;
+  while (failed) {
+    Reader reader;
+    PxText text;
+    char piece[8];
+    uint64_t handle, got;
+    failingAllocation = ++count;
+    int32_t results[] = {reader.p ? PxOpenMemory(reader.p, all.data(), all.size()) : PxErrorMemory,
+                         PxReadJson(reader.p, &text), PxOpenObject(reader.p, 1, &handle), 0, 0};
+    results[3] = results[2] ? results[2] : PxReadObject(reader.p, handle, piece, 8, &got);
+    while ((results[4] = PxReadEvents(reader.p, &none, nullptr)) == PxGood) {
+    }
+    failed = failingAllocation < 0;
+    failingAllocation = 0;
+    const int32_t *first =
+        std::find_if(results, results + 5, [](int32_t r) { return r != PxGood; });
+    EXPECT_EQ(*first, failed ? PxErrorMemory : PxEnd) << count << reader.error();
+  }
+  EXPECT_GT(count, 50);
 }
 
 TEST(CardsLibrary, OneThreadAtATime) {
@@ -378,11 +441,11 @@ TEST(CardsLibrary, OneThreadAtATime) {
   ASSERT_EQ(PxReadEvents(reader.p, &events, &events), PxGood);
 
   const auto hammer = [&] {
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 300; ++i) {
       PxText text;
       uint64_t handle = 0;
-      const int32_t results[] = {PxOpenMemory(reader.p, kTwo.data(), kTwo.size()), PxReadJson(reader.p, &text),
-                                 PxOpenObject(reader.p, 1, &handle),
+      const int32_t results[] = {PxOpenMemory(reader.p, kTwo.data(), kTwo.size()),
+                                 PxReadJson(reader.p, &text), PxOpenObject(reader.p, 1, &handle),
                                  PxCloseObject(reader.p, handle)};
       for (const int32_t result : results) {
         EXPECT_TRUE(result == PxGood || result == PxEnd || result == PxErrorBusy ||
@@ -396,22 +459,113 @@ TEST(CardsLibrary, OneThreadAtATime) {
   other.join();
 }
 
+// What the filter makes of an input: the characters, with "|" for each break, and the first bytes
+// of the object that comes last.
+struct FilterRun {
+  std::u16string text;
+  uint32_t last = 0;
+  uint64_t start = 0, length = 0;
+  std::string object;
+
+  FilterRun(VcardIo *io, int16_t format) {
+    VcardStream *stream;
+    VcardData *data = VwAllocProc();
+    VwLocalUp(io, &stream, data);
+    VwSetUser(reinterpret_cast<uint64_t>(this), 0, data);
+    const SoEmitCharRoutine emitChar = [](uint16_t code, uint64_t self, uint64_t) -> int64_t {
+      reinterpret_cast<FilterRun *>(self)->text += code;
+      return 0;
+    };
+    const SoEmitBreakRoutine emitBreak = [](uint32_t kind, uint32_t, uint64_t self,
+                                            uint64_t) -> int64_t {
+      reinterpret_cast<FilterRun *>(self)->text += u'|';
+      reinterpret_cast<FilterRun *>(self)->last = kind;
+      return 0;
+    };
+    const SoSetObjectDataRoutine setObjectData = [](uint32_t selector, uint64_t a, uint64_t b,
+                                                    uint64_t self, uint64_t) -> int64_t {
+      if (selector != SoObjectDataRange) return 0;
+      reinterpret_cast<FilterRun *>(self)->start = a;
+      reinterpret_cast<FilterRun *>(self)->length = b;
+      return 0;
+    };
+    VwSetSoRtn(SoIdEmitChar, reinterpret_cast<SoRoutine>(emitChar), data);
+    VwSetSoRtn(SoIdEmitBreak, reinterpret_cast<SoRoutine>(emitBreak), data);
+    VwSetSoRtn(SoIdSetObjectData, reinterpret_cast<SoRoutine>(setObjectData), data);
+    EXPECT_EQ(VwStreamOpen(stream, format, 0, nullptr, data), VcardOpenGood);
+    do {
+      VwStreamTell(0, data);
+      VwStreamSection(0, data);
+      VwStreamRead(0, data);
+    } while (last == SoBreakSection);
+    VcardIo *content;
+    if (length > 0 && VwDoSpecial(stream, start, &content, length, 0, 2) == 0) {
+      char bytes[16];
+      uint32_t count = 0;
+      EXPECT_EQ(content->Read(content, bytes, sizeof bytes, &count), 0);
+      object.assign(bytes, count);
+      content->Close(content);
+    }
+    VwLocalDown(stream, &io);
+    VwFreeProc(data);
+  }
+};
+
 TEST(CardsLibrary, GivesTheViewByDocuments) {
   Reader reader;
-  Io io("\xEF\xBB\xBF" + kTwo + kCalendar);
+  Io io("\xEF\xBB\xBF" + kTwo + kCalendar);  // the filter alone reads no byte of it
   ASSERT_EQ(PxOpenIo(reader.p, &io), PxGood);
   int16_t format;
   VcardIo *view;
-  std::string all;
+  std::string formats, objects;
+  std::u16string text;
   while (PxNextDocument(reader.p, &format, &view) == PxGood) {
-    char head[12] = {};
-    uint32_t count;
-    EXPECT_EQ(view->Seek64(view, 0, 0), 0);
-    EXPECT_EQ(view->Read(view, head, 11, &count), 0);
-    all += std::to_string(format) + " " + head + "\n";
+    const FilterRun run(view, format);
+    formats += std::to_string(format) + " ";
+    objects += run.object + " ";
+    text += run.text;
   }
-  EXPECT_EQ(all, "1141 BEGIN:VCARD\n1196 BEGIN:VCALE\n");
+  EXPECT_EQ(formats, "1141 1196 ");
+  EXPECT_EQ(objects, "GIF89a  ");
+  EXPECT_EQ(text.substr(0, 4), u"Ann|");
+  EXPECT_NE(text.find(u"Bob Bo"), std::u16string::npos);
+  EXPECT_NE(text.find(u"Meeting|"), std::u16string::npos);
   EXPECT_EQ(PxNextDocument(reader.p, &format, &view), PxEnd);
+}
+
+TEST(CardsLibrary, WritesText) {
+  struct Page {
+    std::string text;
+    int calls = 0, most = INT32_MAX;
+  };
+  const auto sink = [](void *user, const char *bytes, uint64_t size) -> int32_t {
+    Page &page = *static_cast<Page *>(user);
+    page.text.append(bytes, size);
+    return ++page.calls >= page.most ? 1 : 0;
+  };
+  Reader reader;
+  Page whole, cut;
+  reader.open(kTwo);
+  EXPECT_EQ(PxWriteText(reader.p, nullptr, sink, &whole), PxGood);
+  EXPECT_EQ(whole.text.substr(0, 8), "Ann\n===\n");
+  EXPECT_NE(whole.text.find("\nBob Bo\n======\n"), std::string::npos) << whole.text;
+  cut.most = 1;
+  reader.open(kTwo);
+  EXPECT_EQ(PxWriteText(reader.p, nullptr, sink, &cut), PxStopped);
+  EXPECT_EQ(cut.calls, 1);
+}
+
+TEST(CardsLibrary, StringIdsMeanTheirTexts) {
+  std::ifstream header(PX_STRING_IDS);
+  const std::regex row(R"re(VcardString\w+ = (\d+),? +/\* "([^"]*)")re");
+  std::smatch match;
+  int rows = 0;
+  for (std::string line; std::getline(header, line);) {
+    if (!std::regex_search(line, match, row)) continue;
+    ++rows;
+    EXPECT_EQ(PxLabelText(static_cast<uint32_t>(std::stoul(match[1])), "en"), match[2]) << line;
+  }
+  EXPECT_GT(rows, 90);
 }
 
 TEST(CardsLibrary, TellsFaultsAndLabels) {

@@ -39,7 +39,8 @@ FilterLibrary load() {
   // It is the sibling library's, which comes with the filter.
   const auto setOption =
       reinterpret_cast<decltype(UTSetGlobalOption) *>(dlsym(library, "UTSetGlobalOption"));
-  if (!getRtns || !versionText || !setOption) throw std::runtime_error(path + ": no filter library");
+  if (!getRtns || !versionText || !setOption)
+    throw std::runtime_error(path + ": no filter library");
 
   void *table[VwSlotCount] = {};
   getRtns(table, VwSlotCount);

@@ -150,8 +150,7 @@ int32_t PxReadJson(PxReader *reader, PxText *json) {
 }
 
 int32_t PxWriteJson(PxReader *reader, PxSink sink, void *user) {
-  return enter(reader, sink != nullptr,
-               [=](Reader &inner) { return inner.writeJson(sink, user); });
+  return enter(reader, sink != nullptr, [=](Reader &inner) { return inner.writeJson(sink, user); });
 }
 
 int32_t PxReadEvents(PxReader *reader, const PxEvents *events, void *user) {

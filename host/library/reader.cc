@@ -51,7 +51,8 @@ void Reader::close() noexcept {
 void Reader::setName(std::string_view name) {
   if (!input_) throw Failure(PxErrorOrder, "no input is open");
   name_ = name;
-  if (json_) json_->beginFile(name_);
+  // A section that an error has cut short is not closed any more.
+  if (json_ && failure_ == PxGood) json_->beginFile(name_);
 }
 
 void Reader::endObjects() {

@@ -20,9 +20,9 @@ enum class Reading {
 class Documents {
  public:
   struct Document {
-    int16_t format = 0;    // to open the filter with
+    int16_t format = 0;     // to open the filter with
     VcardIo *io = nullptr;  // to read, until the next call of next()
-    bool inPlace = false;  // it shows the file itself
+    bool inPlace = false;   // it shows the file itself
   };
 
   // `file` isn't owned. Throws as SourceView does.

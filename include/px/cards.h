@@ -64,13 +64,13 @@ enum PxResult {
   PxEnd = 1,     /* no section, document or byte is left; asking again gives the same */
   PxStopped = 2, /* a routine of the caller's answered that it has had enough */
 
-  PxErrorArgument = -1,  /* a null pointer, a record of unknown size, an I/O object without a slot */
-  PxErrorOrder = -2,     /* nothing is open, or the call doesn't go with those before it */
-  PxErrorBusy = -3,      /* the reader is in use: by another thread, or by what called an event */
-  PxErrorObject = -4,    /* there is no such object: closed, of a section that is over, none ever */
-  PxErrorFile = -5,      /* the file isn't there or may not be opened */
-  PxErrorRead = -6,      /* the input can't be read on, was cut short meanwhile, or is too large */
-  PxErrorNotCards = -7,  /* the input holds no card */
+  PxErrorArgument = -1, /* a null pointer, a record of unknown size, an I/O object without a slot */
+  PxErrorOrder = -2,    /* nothing is open, or the call doesn't go with those before it */
+  PxErrorBusy = -3,     /* the reader is in use: by another thread, or by what called an event */
+  PxErrorObject = -4,   /* there is no such object: closed, of a section that is over, none ever */
+  PxErrorFile = -5,     /* the file isn't there or may not be opened */
+  PxErrorRead = -6,     /* the input can't be read on, was cut short meanwhile, or is too large */
+  PxErrorNotCards = -7, /* the input holds no card */
   PxErrorTemporary = -8, /* a temporary file can't be made, written or read */
   PxErrorMemory = -9,    /* there is no memory */
   PxErrorFilter = -10,   /* libpx_vcrd can't be loaded */
@@ -213,9 +213,9 @@ PX_API int32_t PxWriteJson(PxReader *reader, PxSink sink, void *user);
  */
 
 typedef struct PxSection {
-  uint32_t number; /* in the input, from 1 */
-  uint32_t partOf; /* number of the section in which it stands; 0: none */
-  int32_t format;  /* VcardFormatVcard 1141 or VcardFormatVcalendar 1196 of px/vcrd.h */
+  uint32_t number;  /* in the input, from 1 */
+  uint32_t partOf;  /* number of the section in which it stands; 0: none */
+  int32_t format;   /* VcardFormatVcard 1141 or VcardFormatVcalendar 1196 of px/vcrd.h */
   PxText component; /* what stands behind BEGIN, in capitals; empty: not known */
   PxText version;   /* that the file states; empty: not known, or none */
   PxExtent extent;  /* from BEGIN to the line end behind END */
@@ -352,9 +352,9 @@ PX_API int32_t PxReadObject(PxReader *reader, uint64_t handle, void *to, uint64_
 PX_API int32_t PxCloseObject(PxReader *reader, uint64_t handle);
 
 /*
- * Labels: what a person calls things, in `language`, a tag such as "en" or "de-AT"; null is English,
- * and so is a language that there are no texts for. Valid for ever, but for a type's that is the
- * argument itself. Null arguments count as empty texts.
+ * Labels: what a person calls things, in `language`, a tag such as "en" or "de-AT"; null is
+ * English, and so is a language that there are no texts for. Valid for ever, but for a type's that
+ * is the argument itself. Null arguments count as empty texts.
  */
 
 /* The text of a string id; empty for an id that isn't known. */

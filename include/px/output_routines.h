@@ -22,6 +22,25 @@
  * of its kind (character or paragraph). A property that only refers to its content by a URL, and
  * a few malformed ones, write their text without a paragraph end of their own: they run on into
  * the next property's SoUseStyle.
+ *
+ * Summary or listing. From SoBeginSection to the first SoUseStyle of a paragraph style all is the
+ * summary; from there to the section's end all is the listing. The heading styles are used in the
+ * summary alone, the other styles in the listing alone. A host that wants one of the two passes
+ * over the calls of the other.
+ *
+ * The styles. Their ids are the same in every stream, in the order of their definitions:
+ *
+ *   id      kind       bold  italic  underlined  height   stands for
+ *   0       character  yes   -       yes         -        a property's label
+ *   1       character  no    no      no          -        plain text: types, values
+ *   2       character  no    yes     no          -        the label of a field of a value
+ *   3 to 6  character  yes   no      no          44 to 24 headings of the summary, each smaller:
+ *                                                         44, 32, 28 and 24
+ *   7       paragraph                                     a property whose value has fields
+ *   8       paragraph                                     a property with a plain value
+ *
+ * A host that reads the definitions instead sees the same: a height makes a heading, italics a
+ * field's label, bold without a height a property's label.
  */
 #ifndef PX_OUTPUT_ROUTINES_H
 #define PX_OUTPUT_ROUTINES_H
@@ -70,7 +89,13 @@ enum {
 
 /* Character sets of SoSetCharset. */
 enum {
-  SoCharsetDefault = 0x30100,        /* no set was named: codes are the bytes of the file */
+  /*
+   * No set was named: codes are the bytes of the file, one a call, whatever they mean there. Labels
+   * and layout, such as the brackets around types, stand under it too and are ASCII. Good texts
+   * come of collecting the codes up to the next call that isn't SoEmitChar, and reading them as
+   * UTF-8 where they are valid UTF-8 and as windows-1252 where they aren't.
+   */
+  SoCharsetDefault = 0x30100,
   SoCharsetUtf8 = 0x14B00000,        /* codes are 16-bit characters, 0xFFFF one that isn't there */
   SoCharsetWindows1251 = 0x14E30100  /* codes are bytes of windows-1251 */
 };
@@ -99,10 +124,20 @@ typedef struct VcardStyleDef {
 
 /* The record of SoAddTabStop, 16 bytes. */
 typedef struct VcardTabStop {
-  uint32_t TabKind;     /* offset 0: 1 or 2 */
+  uint32_t TabKind;     /* offset 0: 1 text begins there, 2 text ends there */
   uint32_t Reserved[2]; /* offset 4: 0 */
-  uint32_t TabPosition; /* offset 12: from the left margin, in the host's unit */
+  uint32_t TabPosition; /* offset 12: from the left margin, meant in twentieths of a point */
 } VcardTabStop;
+
+/* Attributes of SoSetAttribute: SoAttributeFont, which of them, 1 on or 0 off, 0. */
+enum {
+  SoAttributeFont = 8,
+  SoFontBold = 2,
+  SoFontItalic = 3,
+  SoFontUnderlined = 4,
+  SoAttributeParagraphBegin = 21, /* around the tab stops of a paragraph style: three zeros */
+  SoAttributeParagraphEnd = 23
+};
 
 /* The record of an attachment's SoBeginDefinition, 12 bytes. */
 typedef struct VcardAttachmentDef {
@@ -140,7 +175,10 @@ typedef int64_t (*SoEmitCharRoutine)(uint16_t code, uint64_t user0, uint64_t use
 /* A tab, a line break inside the paragraph, or a separator. */
 typedef int64_t (*SoEmitSpecialRoutine)(uint32_t kind, uint64_t user0, uint64_t user1);
 
-/* Height of the style's characters, in the host's unit. Inside a style's definition only. */
+/*
+ * Height of the style's characters, meant in half points: 24 is 12 points. Inside a style's
+ * definition only. A style without it has the host's own height for plain text.
+ */
 typedef int64_t (*SoSetCharHeightRoutine)(uint32_t height, uint64_t user0, uint64_t user1);
 
 /* A tab stop of the style. Inside a style's definition only. */
@@ -192,13 +230,19 @@ typedef int64_t (*SoSetCharsetRoutine)(uint32_t set, uint64_t user0, uint64_t us
 /* The host may store a value of its own at `base`, 0 otherwise; the object's record carries it. */
 typedef int64_t (*SoGetObjectBaseRoutine)(uint32_t *base, uint64_t user0, uint64_t user1);
 
-/* Writes the host's text for a string id: a label, the name of a type, the name of a field. */
+/*
+ * Writes the host's text for a string id: a label, the name of a type, the name of a field.
+ * px/string_ids.h has them all.
+ */
 typedef int64_t (*SoEmitResourceStringRoutine)(uint32_t id, uint64_t user0, uint64_t user1);
 
 /* A style for what follows, by the id of its definition. */
 typedef int64_t (*SoUseStyleRoutine)(uint32_t id, uint64_t user0, uint64_t user1);
 
-/* An attribute of the style. Inside a style's definition only. */
+/*
+ * An attribute of the style: SoAttributeFont with which of the font's and its state, or one of the
+ * two marks of a paragraph. Inside a style's definition only. What isn't set stays as it is.
+ */
 typedef int64_t (*SoSetAttributeRoutine)(uint32_t a, uint32_t b, uint32_t c, uint32_t d,
                                          uint64_t user0, uint64_t user1);
 

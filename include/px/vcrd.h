@@ -1,8 +1,9 @@
 /*
  * libpx_vcrd: reads vCard and vCalendar text and writes it through a host's output routines.
  *
- * Three headers make the whole interface: this one (the entry points), px/output_routines.h (what
- * the filter calls to write) and px/vcard_io.h (what it calls to read). They are C99 and C++.
+ * Four headers make the whole interface: this one (the entry points), px/output_routines.h (what
+ * the filter calls to write), px/string_ids.h (what labels it writes) and px/vcard_io.h (what it
+ * calls to read). They are C99 and C++.
  *
  * A host loads the library, calls VwGetRtns for the table of entry points, and then, in this order:
  *
@@ -65,7 +66,8 @@ typedef struct VcardStream VcardStream;
  * accepted with the BEGIN line of the other, and a calendar that is read as a vCard has an empty
  * summary. So a host that wasn't told the format looks at the first line itself:
  * VcardFormatVcalendar where the input begins, behind white space and in any case, with
- * BEGIN:VCALENDAR, and VcardFormatVcard everywhere else.
+ * BEGIN:VCALENDAR, and VcardFormatVcard everywhere else. A host that reads through the view of
+ * px/cards.h is told the id with each document.
  */
 enum { VcardFormatVcard = 1141, VcardFormatVcalendar = 1196 };
 
@@ -212,6 +214,34 @@ PX_API int32_t VwGetInfo(void *out, uint16_t selector);
  */
 PX_API int32_t VwDoSpecial(VcardStream *stream, uint64_t start, VcardIo **out, uint64_t length,
                            uint64_t reserved, uint32_t kind);
+
+/*
+ * The types of the entry points, for a host that takes them from the table of VwGetRtns:
+ *
+ *   void *table[VwSlotCount];
+ *   VwGetRtns(table, VwSlotCount);
+ *   VwAllocProcRoutine *allocProc = (VwAllocProcRoutine *)table[VwSlotAllocProc];
+ *
+ * and VwGetRtnsRoutine for the one that dlsym gives.
+ */
+typedef void VwGetRtnsRoutine(void **table, uint16_t count);
+typedef VcardData *VwAllocProcRoutine(void);
+typedef void VwFreeProcRoutine(VcardData *data);
+typedef void VwLocalUpRoutine(VcardIo *io, VcardStream **stream, VcardData *data);
+typedef void VwLocalDownRoutine(VcardStream *stream, VcardIo **io);
+typedef void VwSetUserRoutine(uint64_t user0, uint64_t user1, VcardData *data);
+typedef void VwSetSoRtnRoutine(int16_t id, SoRoutine routine, VcardData *data);
+typedef int32_t VwStreamOpenRoutine(VcardStream *stream, int16_t id, uint64_t reserved, void *info,
+                                    VcardData *data);
+typedef int32_t VwStreamSectionRoutine(uint64_t reserved, VcardData *data);
+typedef int32_t VwStreamReadRoutine(uint64_t reserved, VcardData *data);
+typedef int32_t VwStreamTellRoutine(uint64_t reserved, VcardData *data);
+typedef int32_t VwStreamSeekRoutine(uint64_t reserved, VcardData *data);
+typedef int32_t VwGetInfoRoutine(void *out, uint16_t selector);
+typedef void VwGetDataRoutine(void *out, VcardData *data);
+typedef void VwSetDataRoutine(const void *in, VcardData *data);
+typedef int32_t VwDoSpecialRoutine(VcardStream *stream, uint64_t start, VcardIo **out,
+                                   uint64_t length, uint64_t reserved, uint32_t kind);
 
 /* These do nothing: they return their first argument. */
 PX_API int64_t SODummy(int64_t first);

@@ -1,0 +1,36 @@
+#!/bin/bash
+# bare_root_test.sh PACKAGES ROOT: the Debian packages install in a bare Debian 12 root, the command
+# shows a card there, and the examples build. Needs root, debootstrap and the network, and some
+# minutes, so it is no part of the ordinary tests: scripts/package --try runs it.
+set -euo pipefail
+
+bare=$(mktemp -d)
+trap 'rm -rf --one-file-system "$bare"' EXIT
+debootstrap --variant=minbase bookworm "$bare" >/dev/null
+cp /etc/apt/apt.conf.d/* "$bare/etc/apt/apt.conf.d/" 2>/dev/null || :
+mkdir "$bare/px"
+cp -r "$1"/*.deb "$2/examples" "$2/samples" "$bare/px"
+
+chroot "$bare" sh -eu -c '
+  export DEBIAN_FRONTEND=noninteractive
+  install="apt-get install -y -qq --no-install-recommends"
+  cd /px
+  apt-get update -qq
+  $install ./libpx1_*.deb ./pxcard_*.deb >/dev/null 2>&1
+  pxcard samples/picture.vcf | grep "^Photo .*image"
+  test -s /usr/lib/mime/packages/pxcard
+
+  $install gcc libc6-dev make cmake pkg-config ./libpx-dev_*.deb >/dev/null 2>&1
+  cc -std=c99 -o host examples/filter_host.c $(pkg-config --cflags --libs px-vcrd)
+  cc -std=c99 -o cards examples/cards_json.c $(pkg-config --cflags --libs px-cards)
+  cmake -S examples -B build >/dev/null
+  cmake --build build >/dev/null
+  pxcard --format jsonl samples/picture.vcf >expected
+  ./cards samples/picture.vcf | cmp - expected
+  build/cards_json samples/picture.vcf | cmp - expected
+  ./host samples/picture.vcf | grep -q Telephone
+  build/filter_host samples/picture.vcf | grep -q Telephone
+
+  apt-get purge -y -qq pxcard libpx-dev libpx1 >/dev/null 2>&1
+  test -z "$(find /usr -name "*libpx*" -o -name "pxcard*")"'
+echo "the packages work in a bare root"
