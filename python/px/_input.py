@@ -65,7 +65,9 @@ class _FileIo:
             nonlocal position
             try:
                 source.file.seek(source.start + position)
-                got = source.file.read(size)
+                got = bytes(memoryview(source.file.read(size)))
+                if len(got) > size:
+                    raise ValueError(f"{len(got)} bytes read instead of {size}")
                 ctypes.memmove(to, got, len(got))
             except BaseException as error:
                 self.failure = error

@@ -126,9 +126,9 @@ def test_objects_are_files(tmp_path):
         assert raised.value.result == px.Result.DAMAGED
 
 
-class Failing(io.BytesIO):
-    def read(self, size=-1):
-        raise RuntimeError("the cable")
+class Odd(io.BytesIO):
+    def __init__(self, read):
+        self.read = lambda size: read(CARDS, size)
 
 
 @pytest.mark.parametrize("source, error, text", [
@@ -138,7 +138,9 @@ class Failing(io.BytesIO):
     ("a\0b.vcf", ValueError, "null"),
     (io.StringIO(CARDS.decode()), TypeError, "binary"),
     (5, TypeError, "int"),
-    (Failing(CARDS), RuntimeError, "the cable"),
+    (Odd(lambda cards, size: 1 // 0), ZeroDivisionError, "division"),
+    (Odd(lambda cards, size: cards.decode()), TypeError, "bytes-like"),
+    (Odd(lambda cards, size: cards + bytes(size)), ValueError, "instead of"),
 ])
 def test_errors(source, error, text):
     with pytest.raises(error, match=text):
@@ -177,7 +179,10 @@ def test_command(tmp_path):
 def test_example(tmp_path, monkeypatch):
     monkeypatch.chdir(tmp_path)
     (tmp_path / "cards.vcf").write_bytes(CARDS.replace(b"FN:", b"TEL;TYPE=home:555\r\nFN:"))
-    ran = run(os.path.abspath(os.path.join(ROOT, "examples", "telephones.py")), "cards.vcf")
+    example = os.path.abspath(os.path.join(ROOT, "examples", "telephones.py"))
+    with open(example) as code, open(os.path.join(ROOT, "README.md")) as readme:
+        assert f"```python\n{code.read()}```" in readme.read()
+    ran = run(example, "cards.vcf")
     assert ran.stdout.decode().splitlines() == ["Ann\t555\thome"] * 3
     assert [(tmp_path / f"photo-{number}-0").read_bytes() for number in (1, 2, 3)] == PHOTOS
 
