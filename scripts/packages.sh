@@ -1,7 +1,8 @@
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
 build_packages="g++ cmake ninja-build gettext scdoc nettle-dev libuchardet-dev libutf8proc-dev rapidjson-dev"
-test_packages="libgtest-dev libcli11-dev pkg-config python3 python3-jsonschema tidy chromium chromium-driver python3-selenium"
+test_packages="libgtest-dev libcli11-dev pkg-config python3 python3-jsonschema tidy chromium chromium-driver python3-selenium
+  python3-pytest python3-dask python3-distributed python3-pandas mypy"
 peer_packages="pkg-config libical-dev libebook-contacts1.2-dev libkf5contacts-dev"
 
 need_packages() {

@@ -1,0 +1,44 @@
+"""python -m px FILE...: the cards as JSON, one section a line."""
+
+import argparse
+import json
+import os
+import sys
+
+import px
+from px._reader import printable
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(prog="python -m px", description="Writes the sections of card "
+                                     "files as JSON, one a line. Errors are told on standard error "
+                                     "and make the exit code 1.")
+    parser.add_argument("files", nargs="+", metavar="FILE", help="'-' is standard input")
+    parser.add_argument("--raw", action="store_true", help="read the bytes as they stand")
+    options = parser.parse_args()
+    out, code = sys.stdout.buffer, 0
+
+    def complain(text: str) -> None:
+        nonlocal code
+        code = 1
+        print("px:", printable(text), file=sys.stderr)
+
+    for file in options.files:
+        name = "standard input" if file == "-" else file
+        try:
+            for section in px.read(sys.stdin.buffer if file == "-" else file, raw=options.raw,
+                                   fault=lambda one: complain(f"{name}: line {one.line}: {one.text}")):
+                out.write(section.to_json().encode() + b"\n")
+        except px.Error as error:
+            complain(f"{name}: {error.text}")
+            shown = name.encode(errors="replace").decode()
+            out.write(json.dumps({"file": shown, "error": error.text}).encode() + b"\n")
+    out.flush()
+    return code
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except BrokenPipeError:  # nobody reads on
+        os._exit(1)

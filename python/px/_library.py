@@ -1,0 +1,107 @@
+"""libpx_cards by ctypes: the routines of px/cards.h that the package calls."""
+
+from __future__ import annotations
+
+import ctypes
+import enum
+import functools
+import os
+from ctypes import POINTER, c_char_p, c_int32, c_int64, c_uint16, c_uint32, c_uint64, c_void_p
+
+SONAME = "libpx_cards.so.1"
+
+
+class Result(enum.IntEnum):
+    """What the library's routines answer, as PxResult of px/cards.h."""
+
+    GOOD = 0
+    END = 1
+    STOPPED = 2
+    ARGUMENT = -1
+    ORDER = -2
+    BUSY = -3
+    OBJECT = -4
+    FILE = -5
+    READ = -6
+    NOT_CARDS = -7
+    TEMPORARY = -8
+    MEMORY = -9
+    FILTER = -10
+    INTERNAL = -11
+    DAMAGED = -12
+
+
+class Error(Exception):
+    """Something can't be read. Its text is for a person."""
+
+    def __init__(self, result: Result, text: str, file: str | None = None) -> None:
+        super().__init__(result, text, file)
+        self.result = result
+        self.text = text
+        self.file = file  # None for an input without a name
+
+    def __str__(self) -> str:
+        return f"{self.file}: {self.text}" if self.file else self.text
+
+
+class Text(ctypes.Structure):
+    _fields_ = [("bytes", c_void_p), ("size", c_uint64)]
+
+
+class Events(ctypes.Structure):
+    """Without a routine: a section read with it is passed over."""
+    _fields_ = [("size", c_uint64), ("routines", c_void_p * 11)]
+
+
+class Io(ctypes.Structure):
+    """The caller's I/O object, with the slots of px/vcard_io.h."""
+
+
+FaultRoutine = ctypes.CFUNCTYPE(None, c_void_p, c_uint64, c_char_p)
+ReadSlot = ctypes.CFUNCTYPE(c_int32, POINTER(Io), c_void_p, c_uint32, POINTER(c_uint32))
+SeekSlot = ctypes.CFUNCTYPE(c_int32, POINTER(Io), c_uint16, c_uint64)
+GetInfoSlot = ctypes.CFUNCTYPE(c_int32, POINTER(Io), c_uint32, c_void_p)
+Seek64Slot = ctypes.CFUNCTYPE(c_int32, POINTER(Io), c_uint16, c_int64)
+Tell64Slot = ctypes.CFUNCTYPE(c_int32, POINTER(Io), POINTER(c_int64))
+
+Io._fields_ = [("Close", c_void_p), ("Read", ReadSlot), ("Write", c_void_p), ("Seek", SeekSlot),
+               ("Tell", c_void_p), ("GetInfo", GetInfoSlot), ("Open", c_void_p),
+               ("Seek64", Seek64Slot), ("Tell64", Tell64Slot)]
+
+_ROUTINES = {
+    "PxNewReader": (c_void_p,),
+    "PxFreeReader": (c_int32, POINTER(c_void_p)),
+    "PxErrorText": (c_char_p, c_void_p),
+    "PxVersion": (c_char_p,),
+    "PxSetFault": (c_int32, c_void_p, FaultRoutine, c_void_p),
+    "PxSetRaw": (c_int32, c_void_p, c_int32),
+    "PxSetName": (c_int32, c_void_p, c_char_p),
+    "PxOpenFile": (c_int32, c_void_p, c_char_p),
+    "PxOpenMemory": (c_int32, c_void_p, c_char_p, c_uint64),
+    "PxOpenIo": (c_int32, c_void_p, POINTER(Io)),
+    "PxReadJson": (c_int32, c_void_p, POINTER(Text)),
+    "PxReadEvents": (c_int32, c_void_p, POINTER(Events), c_void_p),
+    "PxOpenObject": (c_int32, c_void_p, c_uint32, POINTER(c_uint64)),
+    "PxReadObject": (c_int32, c_void_p, c_uint64, c_void_p, c_uint64, POINTER(c_uint64)),
+    "PxCloseObject": (c_int32, c_void_p, c_uint64),
+}
+
+
+@functools.cache
+def library() -> ctypes.CDLL:
+    """The shared library, loaded when it is first needed. Its calls let other threads run."""
+    name = os.environ.get("PX_LIBRARY") or SONAME
+    try:
+        loaded = ctypes.CDLL(name)
+    except OSError as error:
+        raise Error(Result.FILTER, f"can't load libpx_cards: {error}") from error
+    for routine, (answer, *arguments) in _ROUTINES.items():
+        getattr(loaded, routine).restype = answer
+        getattr(loaded, routine).argtypes = arguments
+    return loaded
+
+
+def version() -> str:
+    """The version of libpx_cards, "0.1.0"."""
+    text: bytes = library().PxVersion()
+    return text.decode()

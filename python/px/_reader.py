@@ -1,0 +1,96 @@
+"""Reading an input: its sections one after the other, and its faults."""
+
+from __future__ import annotations
+
+import warnings
+from collections.abc import Callable, Iterator
+from dataclasses import dataclass
+
+from px._input import Input, Source, name_of, prepare
+from px._records import Origin, Section
+
+
+@dataclass(frozen=True)
+class Fault:
+    """Something in the input that can't be read. The rest of the input is read all the same."""
+
+    line: int  # from 1
+    text: str  # for a person
+    file: str | None = None
+
+
+class FaultWarning(UserWarning):
+    """Tells of a `Fault`."""
+
+
+def printable(text: str) -> str:
+    """The text with escapes for what would move a terminal."""
+    return "".join(c if c.isprintable() else ascii(c)[1:-1] for c in text)
+
+
+def warn(fault: Fault) -> None:
+    # The place is the card's line. With the angle brackets Python doesn't look for it in the file,
+    # and without a registry it doesn't keep all that it was told.
+    place = f"<{printable(fault.file or 'bytes')}>"
+    warnings.warn_explicit(printable(fault.text), FaultWarning, place, fault.line)
+
+
+class Reader(Iterator[Section]):
+    """Gives the sections of an input, each read when it is asked for. One thread uses it at a
+    time."""
+
+    def __init__(self, source: Source, fault: Callable[[Fault], object], raw: bool) -> None:
+        prepared = prepare(source)
+        self.file = name_of(prepared)
+        self._fault = fault
+        self._input = Input(prepared, raw, want_faults=True)
+        self._origin = Origin(prepared, raw, self._input)
+
+    def __next__(self) -> Section:
+        if not self._input.is_open:
+            raise StopIteration
+        try:
+            text = self._input.read_json()
+        except BaseException:
+            self.close()
+            raise
+        finally:
+            if self._input.faults:
+                self._tell_faults()
+        if text is None:
+            self.close()
+            raise StopIteration
+        return Section(text, self._input.sections, self._origin)
+
+    def _tell_faults(self) -> None:
+        faults = [Fault(line, text.decode(), self.file) for line, text in self._input.faults]
+        self._input.faults.clear()
+        for fault in faults:
+            self._fault(fault)
+
+    def close(self) -> None:
+        """Ends the reading: no section comes any more. At the end of the input it isn't needed."""
+        self._input.close()
+
+    def __enter__(self) -> Reader:
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.close()
+
+
+def read(source: Source, *, fault: Callable[[Fault], object] = warn, raw: bool = False) -> Reader:
+    """Opens `source` and gives its sections.
+
+    A str or an os.PathLike is the path of a file, bytes are the content itself. Anything else is a
+    binary file: it is read from where it stands and stays open, and nobody else reads it meanwhile.
+    One that can't seek is copied to a temporary file first.
+
+    `fault` is called for what can't be read, before the section in which it stands is given; it may
+    be the `append` of a list. By default it is told as a `FaultWarning`. With `raw` the bytes are
+    read as they stand, in the oldest dialect alone.
+
+    Raises `Error` when the source can't be opened. The reader raises it when the source can't be
+    read, or holds no card.
+    """
+    return Reader(source, fault, raw)

@@ -1,0 +1,194 @@
+import base64
+import io
+import json
+import os
+import pickle
+import subprocess
+import sys
+
+import px
+import pytest
+from conftest import FILES, ROOT, pxcard
+
+CARD = b"BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Ann\r\nPHOTO;ENCODING=b:%s\r\nEND:VCARD\r\n"
+PHOTOS = [b"one photo", bytes(range(256)) * 50, b"three"]
+CARDS = b"".join(CARD % base64.b64encode(photo) for photo in PHOTOS)
+
+
+def read(source, faults=None):
+    """The sections and the text of the error that ended them."""
+    sections = []
+    try:
+        for section in px.read(source, fault=[].append if faults is None else faults.append):
+            sections.append(section)
+    except px.Error as error:
+        return sections, error.text
+    return sections, None
+
+
+def rebuild(record):
+    """The JSON of a section out of its fields."""
+    def known(**values):
+        names = {"part_of": "partOf", "agent_of": "agentOf"}
+        return {names.get(name, name): list(value) if isinstance(value, tuple) else value
+                for name, value in values.items() if value not in (None, (), {})}
+
+    def typed(entries):
+        return tuple(known(value=one.value, types=one.types) for one in entries)
+
+    summary = known(
+        name=record.name, title=record.title, organisation=record.organisation,
+        address=record.address, telephones=typed(record.telephones), emails=typed(record.emails),
+        urls=record.urls, summary=record.summary, location=record.location, start=record.start,
+        status=record.status, lines=record.lines)
+    return known(
+        file=record.file, section=record.number, format=record.format, version=record.version,
+        component=record.component, offset=record.offset, length=record.length,
+        part_of=record.part_of, agent_of=record.agent_of, summary=summary,
+    ) | {"properties": [
+        known(name=one.name, group=one.group, label=one.label, params=one.params, value=one.value,
+              offset=one.offset, length=one.length,
+              object=one.object and known(
+                  type=one.object.type, size=one.object.size, title=one.object.title,
+                  offset=one.object.offset, length=one.object.length))
+        for one in record.properties]}
+
+
+@pytest.mark.parametrize("path", FILES, ids=os.path.basename)
+def test_gives_what_pxcard_gives(path, tmp_path):
+    lines, error, faults = pxcard(path)
+    told = []
+    sections, failure = read(path, told)
+    assert [one.to_json() for one in sections] == lines
+    assert failure == error
+    assert [(one.line, one.text) for one in told][:100] == faults
+    wanted = [json.loads(line) for line in lines]
+    assert [one.to_dict() for one in sections] == wanted
+    assert [rebuild(one) for one in sections] == wanted
+
+    content = open(path, "rb").read()
+    behind = io.BytesIO(b"head" + content)
+    behind.seek(4)
+    reading, writing = os.pipe()
+    with subprocess.Popen(["cat", path], stdout=writing), open(reading, "rb", closefd=True) as pipe:
+        os.close(writing)
+        for source in content, bytearray(content), behind, pipe:
+            sections = read(source)[0]
+            assert [one.to_dict() | {"file": path} for one in sections] == wanted
+            assert not any(one.file for one in sections)
+
+
+@pytest.mark.parametrize("path", FILES, ids=os.path.basename)
+def test_objects_now_and_later(path):
+    now, sections = [], []
+    for section in px.read(path, fault=lambda _: None):
+        sections.append(section)
+        now += [one.read() for one in section.objects]
+    objects = [one for section in sections for one in section.objects]
+    assert [len(content) for content in now] == [one.size for one in objects]
+    assert [one.read() for one in objects] == now
+    assert [one.read() for one in reversed(objects)] == now[::-1]
+    carried = pickle.loads(pickle.dumps(sections))
+    assert [one.read() for section in carried for one in section.objects] == now
+
+
+def test_objects_are_files(tmp_path):
+    for source in CARDS, io.BytesIO(CARDS):
+        cards = list(px.read(source))
+        assert [one.objects[0].read() for one in cards] == PHOTOS
+        with cards[0].objects[0].open() as one, cards[1].objects[0].open() as two:
+            assert two.read(10) == PHOTOS[1][:10]
+            assert one.read() == PHOTOS[0]
+            assert two.read() == PHOTOS[1][10:]
+        with pytest.raises(px.Error, match="not at hand"):
+            pickle.loads(pickle.dumps(cards[0])).objects[0].read()
+    path = tmp_path / "cards.vcf"
+    path.write_bytes(CARDS)
+    cards = list(px.read(path))
+    path.write_bytes(CARDS.replace(b"Ann", b"Bob"))
+    with pytest.raises(px.Error, match="has changed"):
+        cards[1].objects[0].read()
+    reader = px.read(CARDS)
+    file = next(reader).objects[0].open()
+    next(reader)
+    with pytest.raises(px.Error) as raised:
+        file.read()
+    assert raised.value.result == px.Result.OBJECT
+    reader.close()
+    assert list(reader) == []
+    with pytest.raises(px.Error, match="closed"):
+        file.read()
+    damaged = next(px.read(b"BEGIN:VCARD\nKEY;BASE64:QUJD*QUJD\nEND:VCARD\n", raw=True))
+    with damaged.objects[0].open() as content:
+        assert content.read(3) == b"ABC"
+        with pytest.raises(px.Error) as raised:
+            content.read()
+        assert raised.value.result == px.Result.DAMAGED
+
+
+class Odd(io.BytesIO):
+    def __init__(self, read):
+        self.read = lambda size: read(CARDS, size)
+
+
+@pytest.mark.parametrize("source, error, text", [
+    ("no such.vcf", px.Error, "^no such.vcf: No such file"),
+    (b"nothing of that kind", px.Error, "not a vCard"),
+    (b"", px.Error, "not a vCard"),
+    ("a\0b.vcf", ValueError, "null"),
+    (io.StringIO(CARDS.decode()), TypeError, "binary"),
+    (5, TypeError, "int"),
+    (Odd(lambda cards, size: 1 // 0), ZeroDivisionError, "division"),
+    (Odd(lambda cards, size: cards.decode()), TypeError, "bytes-like"),
+    (Odd(lambda cards, size: cards + bytes(size)), ValueError, "instead of"),
+])
+def test_errors(source, error, text):
+    with pytest.raises(error, match=text):
+        list(px.read(source))
+
+
+def test_faults_are_warnings():
+    with pytest.warns(px.FaultWarning, match="no colon"):
+        assert [one.name for one in px.read(CARDS.replace(b"VERSION:", b"VERSION", 1))]
+
+
+@pytest.mark.filterwarnings("error")
+def test_a_warning_that_is_an_error_ends_nothing():
+    reader = px.read(CARDS.replace(b"VERSION:", b"VERSION", 1))
+    with pytest.raises(px.FaultWarning):
+        next(reader)
+    assert [one.number for one in reader] == [2, 3]
+
+
+def run(*arguments):
+    return subprocess.run([sys.executable, *arguments], capture_output=True, timeout=60)
+
+
+def test_command(tmp_path):
+    (tmp_path / "no card").write_bytes(b"?")
+    files = [*FILES, str(tmp_path / "no card")]
+    command = subprocess.run([os.environ["PXCARD"], "--format", "jsonl", *files],
+                             capture_output=True, timeout=60)
+    ran = run("-m", "px", *files)
+    assert list(map(json.loads, ran.stdout.splitlines())) == list(
+        map(json.loads, command.stdout.splitlines()))
+    assert ran.returncode == command.returncode == 1
+    assert b"no card: not a vCard" in ran.stderr
+
+
+def test_example(tmp_path, monkeypatch):
+    monkeypatch.chdir(tmp_path)
+    (tmp_path / "cards.vcf").write_bytes(CARDS.replace(b"FN:", b"TEL;TYPE=home:555\r\nFN:"))
+    example = os.path.abspath(os.path.join(ROOT, "examples", "telephones.py"))
+    with open(example) as code, open(os.path.join(ROOT, "README.md")) as readme:
+        assert f"```python\n{code.read()}```" in readme.read()
+    ran = run(example, "cards.vcf")
+    assert ran.stdout.decode().splitlines() == ["Ann\t555\thome"] * 3
+    assert [(tmp_path / f"photo-{number}-0").read_bytes() for number in (1, 2, 3)] == PHOTOS
+
+
+def test_types():
+    pytest.importorskip("mypy", reason="mypy is not installed")
+    ran = run("-m", "mypy", "--strict", "--follow-imports=skip", "--cache-dir=/dev/null",
+              "-p", "px")
+    assert ran.returncode == 0, ran.stdout.decode()
