@@ -143,6 +143,23 @@ TEST(FileReading, AnInputThatFails) {
   }
 }
 
+// The filter takes it for the end of the input.
+TEST(FileReading, ATemporaryFileThatFails) {
+  struct Emptied : CardEvents {
+    void beginSection(const px::Section &) override {
+      for (const auto &open : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code none;
+        if (read_symlink(open.path(), none).string().ends_with("(deleted)"))
+          std::filesystem::resize_file(open.path(), 0, none);
+      }
+    }
+  } events;
+  const std::string note(1'000'000, 'a');
+  const std::string card = "BEGIN:VCARD\nVERSION:4.0\nNOTE:" + note + "ö\nEND:VCARD\n";
+  MemoryIo io(card);
+  EXPECT_NE(faultsOf(&io, Reading::Viewed, &events).find("temporary file"), card.npos);
+}
+
 // Memory that counts what it gives.
 class CountingIo final : public PositionedIo<CountingIo> {
  public:
