@@ -1,7 +1,7 @@
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
 build_packages="g++ cmake ninja-build gettext scdoc nettle-dev libuchardet-dev libutf8proc-dev rapidjson-dev"
-test_packages="libgtest-dev python3 python3-jsonschema tidy chromium chromium-driver python3-selenium"
+test_packages="libgtest-dev libcli11-dev python3 python3-jsonschema tidy chromium chromium-driver python3-selenium"
 peer_packages="pkg-config libical-dev libebook-contacts1.2-dev libkf5contacts-dev"
 
 need_packages() {
