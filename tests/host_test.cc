@@ -19,6 +19,7 @@
 #include "host/saving/object_extraction.h"
 #include "host/saving/save_directory.h"
 #include "host/source/sniffer.h"
+#include "host/source/utf8.h"
 #include "tests/support/runs.h"
 
 namespace px::test {
@@ -159,6 +160,31 @@ TEST(Host, CharacterSets) {
     for (const uint16_t code : c.codes) decoder.put(code, &text);
     decoder.setCharset(d, &text);
     EXPECT_EQ(text, c.utf8);
+    // In runs, ASCII goes by several at a step.
+    for (const size_t ascii : {1, 7, 8, 9, 250, 256, 257}) {
+      std::vector<uint16_t> run = c.codes;
+      run.insert(run.end(), ascii, 'x');
+      text.clear();
+      decoder.setCharset(c.set, &text);
+      decoder.put(run, &text);
+      decoder.put(c.codes, &text);
+      decoder.setCharset(d, &text);
+      EXPECT_EQ(text, c.utf8 + std::string(ascii, 'x') + c.utf8);
+    }
+  }
+}
+
+TEST(Host, PrintableAscii) {
+  for (size_t size = 0; size < 40; ++size) {
+    const std::string text(size, '~');
+    EXPECT_EQ(printableAsciiLength(text), size);
+    for (size_t at = 0; at < size; ++at) {
+      for (const char other : {'\0', '\x1F', '\x7F', '\x80', '\xFF'}) {
+        std::string broken = text;
+        broken[at] = other;
+        EXPECT_EQ(printableAsciiLength(broken), at);
+      }
+    }
   }
 }
 
