@@ -5,6 +5,7 @@
 set -euo pipefail
 
 bare=$(mktemp -d)
+chmod 755 "$bare"
 trap 'rm -rf --one-file-system "$bare"' EXIT
 debootstrap --variant=minbase bookworm "$bare" >/dev/null
 cp /etc/apt/apt.conf.d/* "$bare/etc/apt/apt.conf.d/" 2>/dev/null || :
