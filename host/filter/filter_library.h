@@ -28,8 +28,9 @@ struct FilterLibrary {
   const char *version;  // the dotted version number alone
 };
 
-// The library, loaded at the first call: libpx_vcrd from beside the library that this stands in, from
-// beside the program's other libraries or from the system, with its entry points from VwGetRtns. It stays loaded until the process ends.
+// The library, loaded at the first call: libpx_vcrd from beside the library that this stands in,
+// from beside the program's other libraries or from the system, with its entry points from
+// VwGetRtns. It stays loaded until the process ends.
 // Throws std::runtime_error, whose text is for a person, when it can't be loaded.
 const FilterLibrary &filterLibrary();
 

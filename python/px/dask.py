@@ -30,7 +30,7 @@ SUFFIXES = (".vcf", ".vcard", ".vcs", ".ics")
 # has the values, divided by line ends.
 COLUMNS = {
     "file": "object", "number": "int64", "format": "object", "component": "object",
-    "part_of": "Int64", "name": "object", "title": "object", "organisation": "object",
+    "version": "object", "part_of": "Int64", "name": "object", "title": "object", "organisation": "object",
     "address": "object", "telephones": "object", "emails": "object", "urls": "object",
     "summary": "object", "location": "object", "start": "object", "status": "object",
 }

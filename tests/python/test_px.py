@@ -109,8 +109,10 @@ def test_objects_are_files(tmp_path):
     with pytest.raises(px.Error, match="has changed"):
         cards[1].objects[0].read()
     reader = px.read(CARDS)
-    file = next(reader).objects[0].open()
+    first = next(reader)
+    file = first.objects[0].open()
     next(reader)
+    assert first.objects[0].read() == PHOTOS[0]
     with pytest.raises(px.Error) as raised:
         file.read()
     assert raised.value.result == px.Result.OBJECT
