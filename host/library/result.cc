@@ -34,6 +34,8 @@ extern "C" const char *PxResultText(int32_t result) {
       return "the filter library can't be loaded";
     case PxErrorInternal:
       return "a fault of the library";
+    case PxErrorDamaged:
+      return "the content ends at a byte that is no Base64";
     default:
       return "unknown result";
   }
