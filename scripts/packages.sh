@@ -2,7 +2,7 @@
 
 build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libuchardet-dev libutf8proc-dev rapidjson-dev"
 test_packages="libgtest-dev libbenchmark-dev python3 python3-jsonschema"
-test_packages="libgtest-dev libbenchmark-dev python3 python3-jsonschema"
+fuzz_packages="clang libclang-rt-14-dev"
 
 need_packages() {
   local missing=() name

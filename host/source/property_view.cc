@@ -510,7 +510,7 @@ void PropertyView::putNameFromParts(const std::vector<std::string> &parts) {
     if (!name.empty()) name += ' ';
     name += parts[i];
   };
-  for (const size_t i : {3, 1, 2, 0}) add(i);
+  for (const size_t i : {3U, 1U, 2U, 0U}) add(i);
   for (size_t i = 4; i < parts.size(); ++i) add(i);
   if (!name.empty()) putFormattedName(name);
 }

@@ -21,7 +21,7 @@ int valueOfDigit(char digit) { return digit <= '9' ? digit - '0' : digit - 'A' +
 size_t plainLength(std::string_view text) {
   static constexpr auto kEncoded = [] {
     std::array<bool, 256> table{};
-    for (const unsigned char byte : {'=', ':', ';', '\r', '\n'}) table[byte] = true;
+    for (const char byte : {'=', ':', ';', '\r', '\n'}) table[static_cast<unsigned char>(byte)] = true;
     return table;
   }();
   size_t at = 0;

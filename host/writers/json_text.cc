@@ -12,7 +12,7 @@ constexpr char kHexDigits[] = "0123456789abcdef";
 constexpr std::array<bool, 256> kStops = [] {
   std::array<bool, 256> stops{};
   for (size_t byte = 0; byte < 0x20; ++byte) stops[byte] = true;
-  for (const size_t byte : {0x22, 0x5C, 0x7F, 0xC2, 0xE2}) stops[byte] = true;
+  for (const size_t byte : {0x22U, 0x5CU, 0x7FU, 0xC2U, 0xE2U}) stops[byte] = true;
   return stops;
 }();
 

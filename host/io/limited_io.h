@@ -1,0 +1,89 @@
+// How much work a file may cost.
+//
+// There are files that are small and make their reader go over the same bytes, or write the same
+// line, again and again. The work is counted in bytes, those that an I/O object delivers and those
+// that writers write, and may be so many times what has been read of the file so far. Past that the
+// input ends. docs/limits.md tells the bounds and which files reach them.
+
+#ifndef PX_HOST_IO_LIMITED_IO_H
+#define PX_HOST_IO_LIMITED_IO_H
+
+#include <cstdint>
+#include <optional>
+
+#include "host/io/positioned_io.h"
+
+namespace px {
+
+// The account of one file.
+class WorkLimit {
+ public:
+  static constexpr uint64_t Free = 32 * 1024 * 1024;  // bytes that any file may cost, and more
+  static constexpr uint64_t ReadsPerByte = 64;
+  static constexpr uint64_t WritesPerByte = 512;
+
+  // `on` false: the work is counted, and no work is too much.
+  explicit WorkLimit(bool on = true) : on_(on) {}
+
+  // Throws std::runtime_error, whose text is for a person, when the file was stopped. A program
+  // asks here after the run, as it asks FileIo.
+  void check() const;
+
+  void noteWritten(uint64_t bytes) { written_ += bytes; }
+  void noteReached(uint64_t position) {
+    if (position > reached_) reached_ = position;
+  }
+
+  bool mayRead(uint64_t delivered, uint64_t reached) const {
+    return !on_ || delivered <= Free + ReadsPerByte * reached;
+  }
+  bool mayWrite() const { return !on_ || written_ <= Free + WritesPerByte * reached_; }
+
+  // Notes that the input ended at this position of the file. The first time counts.
+  void stop(uint64_t position) {
+    if (!stoppedAt_) stoppedAt_ = position;
+  }
+
+  uint64_t written() const { return written_; }
+  uint64_t reached() const { return reached_; }
+  const std::optional<uint64_t> &stoppedAt() const { return stoppedAt_; }
+
+ private:
+  const bool on_;
+  uint64_t written_ = 0;
+  uint64_t reached_ = 0;  // of the file, in bytes
+  std::optional<uint64_t> stoppedAt_;
+};
+
+// What becomes of a read past the limit.
+enum class PastLimit {
+  Ends,   // nothing is left: for one who then makes do with what was read
+  Fails,  // for the filter, to which that is an end as well, and for objects that it opens: half of
+          // one is none
+};
+
+// Another object, with what it delivers counted. Belongs to who made it; slot Close does nothing.
+class LimitedIo final : public PositionedIo<LimitedIo> {
+ public:
+  // Neither is owned. Each object has `limit` for itself.
+  LimitedIo(VcardIo *source, const WorkLimit *limit, PastLimit past)
+      : source_(source), limit_(*limit), past_(past) {}
+
+  int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count);
+
+  uint64_t delivered() const { return delivered_; }  // in bytes
+  uint64_t reached() const { return reached_; }      // the highest position behind a read
+  const std::optional<uint64_t> &refusedAt() const { return refusedAt_; }
+
+ private:
+  VcardIo *source_;
+  const WorkLimit &limit_;
+  const PastLimit past_;
+  uint64_t delivered_ = 0;
+  uint64_t reached_ = 0;
+  std::optional<uint64_t> refusedAt_;
+};
+
+}  // namespace px
+
+#endif
