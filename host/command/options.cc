@@ -55,6 +55,9 @@ bool parseOptions(int argc, char **argv, Options *options, FileWriter *out) {
           ->option_text("DIR");
   app.add_flag("--raw", options->raw, "Read the bytes as they stand, as trace always does")
       ->multi_option_policy(last);
+  app.add_flag("--no-limit", options->noLimit,
+               "Read on where a file costs more work than its size allows")
+      ->multi_option_policy(last);
   app.add_option("--color", colorName, "Colours in text: auto, always or never")
       ->multi_option_policy(last)
       ->option_text("WHEN");

@@ -21,6 +21,7 @@ struct Options {
   Format format = Format::Text;
   std::string directory;  // to save objects in; empty: show
   bool raw = false;
+  bool noLimit = false;
   Color color = Color::Auto;
   std::vector<std::string> files;
 };

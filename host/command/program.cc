@@ -77,8 +77,10 @@ Program::Program(const FilterLibrary &filter, const Options &options, FileWriter
       directory_(options.directory),
       json_(options.format == Format::Json ? JsonForm::Array : JsonForm::Lines, contentTypeOf,
             [out](std::string_view text) { out->write(text); }) {
-  constexpr uint32_t kilobytes = 64;  // with less the filter reads a file in many small pieces
-  setInputBuffer(filter_, kilobytes);
+  // With less the filter reads a file in many small pieces. Where it reads a stranger's bytes as they
+  // stand it has less all the same: what it reads again inside of its buffer no limit sees.
+  constexpr uint32_t kilobytes = 64;
+  if (!options.raw && options.format != Format::Trace) setInputBuffer(filter_, kilobytes);
 }
 
 ExitCode Program::run() {
@@ -107,15 +109,19 @@ ExitCode Program::run() {
 
 void Program::runFile(const std::string &file) {
   FileIo io(openInput(file));
+  WorkLimit limit(!options_.noLimit);
+  limit_ = &limit;
   try {
     read(file, &io);
   } catch (const WriteError &) {
     throw;
   } catch (const std::runtime_error &) {
-    io.check();  // knows better why
+    io.check();  // these know better why
+    limit.check();
     throw;
   }
   io.check();  // a failure has looked like the end of the file to the filter
+  limit.check();
 }
 
 void Program::read(const std::string &file, FileIo *io) {
@@ -141,7 +147,7 @@ void Program::readInto(const std::string &file, FileIo *io, CardEvents *events) 
     if (++count <= most) report(file, "line " + std::to_string(line) + ": " + text);
   };
   const Reading reading = options_.raw ? Reading::Raw : Reading::Viewed;
-  readFile(filter_, io, reading, fault, events);
+  readFile(filter_, io, reading, fault, events, limit_);
   if (count > most) report(file, std::to_string(count - most) + " more of that kind");
 }
 
@@ -173,10 +179,11 @@ void Program::trace(const std::string &file, FileIo *io) {
     out_.write(line);
     out_.write("\n");
   });
-  CardRun run(filter_, io, &writer);
+  LimitedIo limited(io, limit_, PastLimit::Fails);
+  CardRun run(filter_, &limited, &writer);
   openRun(&run, sniffFormat(io));
   writeTitle(file);
-  run.readAll();
+  readLimited(&run, limited, true, limit_);
 }
 
 void Program::extract(const std::string &file, FileIo *io) {

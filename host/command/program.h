@@ -9,6 +9,7 @@
 #include "host/filter/filter_library.h"
 #include "host/io/file_io.h"
 #include "host/io/file_writer.h"
+#include "host/io/limited_io.h"
 #include "host/reading/card_events.h"
 #include "host/saving/save_directory.h"
 #include "host/writers/json_writer.h"
@@ -46,6 +47,7 @@ class Program {
   FileWriter &out_;
   SaveDirectory directory_;
   JsonWriter json_;
+  WorkLimit *limit_ = nullptr;  // of the file that is read
   ExitCode code_ = ExitGood;
   uint32_t shown_ = 0;  // files
 };

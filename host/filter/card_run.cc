@@ -1,5 +1,7 @@
 #include "host/filter/card_run.h"
 
+#include <utility>
+
 namespace px {
 
 CardRun::CardRun(const FilterLibrary &filter, VcardIo *io, Output *output)
@@ -32,13 +34,15 @@ uint32_t CardRun::read() {
   return route_.lastBreak;
 }
 
-void CardRun::readAll() {
+bool CardRun::readAll(std::function<bool()> givesUp) {
+  route_.givesUp = std::move(givesUp);
   uint32_t last;
   do {
     beginSection();
     do last = read();
-    while (last == SoBreakParagraph);
-  } while (last == SoBreakSection);
+    while (last == SoBreakParagraph && !route_.gaveUp);
+  } while (last == SoBreakSection && !route_.gaveUp);
+  return !route_.gaveUp;
 }
 
 }  // namespace px

@@ -32,8 +32,13 @@ class CardRun {
   uint32_t read();
 
   // Reads all sections to the end of the document, going on behind every stop, so the output sees
-  // one unbroken sequence of calls. An output that wants to give up throws.
-  void readAll();
+  // one unbroken sequence of calls. An output that wants to give up throws. Or it ends where
+  // `givesUp`, asked at each SoEmitBreak, answers true: no member is called behind that break.
+  // Answers whether all was read.
+  bool readAll(std::function<bool()> givesUp = nullptr);
+
+  // How many calls the filter has made.
+  uint64_t given() const { return route_.given; }
 
   VcardData *data() { return data_; }
   VcardStream *stream() { return stream_; }

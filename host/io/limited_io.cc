@@ -13,7 +13,7 @@ void WorkLimit::check() const {
 }
 
 int32_t LimitedIo::readAt(uint64_t position, void *to, uint32_t size, uint32_t *count) {
-  if (refusedAt_ || !limit_.mayRead(delivered_, reached_)) {
+  if (refusedAt_ || !limit_.allows(delivered_, reached_)) {
     if (!refusedAt_) refusedAt_ = position;
     return past_ == PastLimit::Ends ? 0 : IoFailed;
   }

@@ -1,9 +1,9 @@
 // How much work a file may cost.
 //
-// There are files that are small and make their reader go over the same bytes, or write the same
-// line, again and again. The work is counted in bytes, those that an I/O object delivers and those
-// that writers write, and may be so many times what has been read of the file so far. Past that the
-// input ends. docs/limits.md tells the bounds and which files reach them.
+// There are files that are small and make their reader go over the same bytes, or give out the same
+// line, again and again. The work is counted in bytes that an I/O object delivers and in calls that
+// the filter makes, one for each character. It may be so many times what has been read of the file
+// so far; past that the input ends. docs/limits.md tells the bounds and which files reach them.
 
 #ifndef PX_HOST_IO_LIMITED_IO_H
 #define PX_HOST_IO_LIMITED_IO_H
@@ -18,9 +18,8 @@ namespace px {
 // The account of one file.
 class WorkLimit {
  public:
-  static constexpr uint64_t Free = 32 * 1024 * 1024;  // bytes that any file may cost, and more
-  static constexpr uint64_t ReadsPerByte = 64;
-  static constexpr uint64_t WritesPerByte = 512;
+  static constexpr uint64_t Free = 8 * 1024 * 1024;  // that any file may cost
+  static constexpr uint64_t PerByte = 32;            // what each of its bytes adds
 
   // `on` false: the work is counted, and no work is too much.
   explicit WorkLimit(bool on = true) : on_(on) {}
@@ -29,28 +28,28 @@ class WorkLimit {
   // asks here after the run, as it asks FileIo.
   void check() const;
 
-  void noteWritten(uint64_t bytes) { written_ += bytes; }
+  void noteCalls(uint64_t calls) { calls_ += calls; }
   void noteReached(uint64_t position) {
     if (position > reached_) reached_ = position;
   }
 
-  bool mayRead(uint64_t delivered, uint64_t reached) const {
-    return !on_ || delivered <= Free + ReadsPerByte * reached;
+  // Whether as much work is allowed where `reached` bytes have been read.
+  bool allows(uint64_t work, uint64_t reached) const {
+    return !on_ || work <= Free + PerByte * reached;
   }
-  bool mayWrite() const { return !on_ || written_ <= Free + WritesPerByte * reached_; }
+  bool allowsCalls() const { return allows(calls_, reached_); }
 
   // Notes that the input ended at this position of the file. The first time counts.
   void stop(uint64_t position) {
     if (!stoppedAt_) stoppedAt_ = position;
   }
 
-  uint64_t written() const { return written_; }
-  uint64_t reached() const { return reached_; }
+  uint64_t calls() const { return calls_; }
   const std::optional<uint64_t> &stoppedAt() const { return stoppedAt_; }
 
  private:
   const bool on_;
-  uint64_t written_ = 0;
+  uint64_t calls_ = 0;
   uint64_t reached_ = 0;  // of the file, in bytes
   std::optional<uint64_t> stoppedAt_;
 };

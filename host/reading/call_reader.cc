@@ -195,6 +195,13 @@ bool CallReader::emitBreak(uint32_t kind, uint32_t) {
   return false;
 }
 
+void CallReader::endRun() { endSection(); }
+
+uint64_t CallReader::position() const {
+  if (place_ != Place::Summary && line_ && line_->extent) return line_->extent->offset;
+  return note_ && note_->extent ? note_->extent->offset : 0;
+}
+
 void CallReader::endSection() {
   if (!sectionOpen_) return;
   endSummary();

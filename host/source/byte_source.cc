@@ -20,18 +20,20 @@ bool ByteSource::readMore() {
   if (readIoAt(io_, position, buffer_.get() + filled_, room, &count) != 0) {
     throw std::runtime_error("the input can't be read");
   }
-  filled_ += count;
+  held_ = filled_ += count;
   return count > 0;
 }
 
 // Starts the buffer anew at the place where the source stands.
 void ByteSource::restart() {
   base_ += next_;
-  next_ = filled_ = 0;
+  next_ = filled_ = held_ = 0;
   lineFeed_ = 1;
 }
 
+// At an end that was set the buffer stays, for whoever moves the end on.
 void ByteSource::fill() {
+  if (base_ + filled_ >= end_) return;
   restart();
   readMore();
   lineFeed_ = filled_ + 1;
@@ -61,7 +63,7 @@ bool ByteSource::takeLineEnd() {
 }
 
 std::string_view ByteSource::lookAhead(size_t size) {
-  if (filled_ - next_ < size) {
+  if (filled_ - next_ < size && base_ + filled_ < end_) {
     restart();
     while (filled_ < size && readMore()) {
     }
@@ -72,17 +74,18 @@ std::string_view ByteSource::lookAhead(size_t size) {
 
 void ByteSource::setEnd(uint64_t end) {
   end_ = end;
-  if (base_ + filled_ <= end) return;
-  filled_ = std::max(next_, static_cast<size_t>(end - std::min(end, base_)));
+  filled_ = static_cast<size_t>(std::min<uint64_t>(held_, end - std::min(end, base_)));
+  filled_ = std::max(next_, filled_);
   lineFeed_ = filled_ + 1;
 }
 
 void ByteSource::moveTo(const Place &place) {
-  if (base_ <= place.position && place.position <= base_ + filled_) {
+  if (base_ <= place.position && place.position <= base_ + held_) {
     next_ = static_cast<size_t>(place.position - base_);
+    setEnd(end_);
   } else {
     base_ = place.position;
-    next_ = filled_ = 0;
+    next_ = filled_ = held_ = 0;
   }
   lineFeed_ = filled_ + 1;
   line_ = place.line;

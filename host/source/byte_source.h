@@ -67,7 +67,8 @@ class ByteSource {
   uint64_t base_ = 0;  // position of the buffer's first byte
   uint64_t line_ = 1;
   size_t next_ = 0;
-  size_t filled_ = 0;
+  size_t filled_ = 0;  // up to the end that is set,
+  size_t held_ = 0;    // and what the buffer holds behind it
   size_t lineFeed_ = 0;  // the first LF at or behind next_, or filled_; stale when before next_
   std::unique_ptr<char[]> buffer_;
 };

@@ -82,12 +82,14 @@ bool ContentLines::nextInBuffer(ContentLine *line) {
 
 bool ContentLines::gather(ContentLine *line, Quotes quotes) {
   head_.clear();
+  bool behindName = false;
   bool quoted = false;
   for (;;) {
     bool ended;
     const std::string_view bytes = source_->readyInLine(&ended);
     for (size_t at = 0; at < bytes.size(); ++at) {
-      if (bytes[at] == '"' && quotes == Quotes::Guard) quoted = !quoted;
+      behindName = behindName || bytes[at] == ';';
+      if (bytes[at] == '"' && behindName && quotes == Quotes::Guard) quoted = !quoted;
       if (bytes[at] != ':' || quoted) continue;
       if (head_.size() + at > LongestHead) break;
       head_.append(bytes, 0, at);

@@ -113,24 +113,29 @@ void UnicodeInput::convert(bool bigEndian, const FaultSink &faults) {
 // A character takes as many units in the file as its UTF-8 says: four bytes are a pair.
 uint64_t UnicodeInput::filePosition(uint64_t position) {
   if (unit_ == 1) return position;
-  if (position < last_.text || position - last_.text > kIndexStep) {
+  const bool isNear = position < last_.text ? last_.text - position <= kIndexStep
+                                            : position - last_.text <= kIndexStep;
+  if (!isNear) {
     const auto behind =
         std::upper_bound(index_.begin(), index_.end(), position,
                          [](uint64_t text, const Pair &pair) { return text < pair.text; });
     last_ = behind == index_.begin() ? Pair{0, mark_} : *std::prev(behind);
   }
+  const bool back = position < last_.text;
   char buffer[4096];
-  while (last_.text < position) {
-    const auto wanted =
-        static_cast<size_t>(std::min<uint64_t>(sizeof buffer, position - last_.text));
-    const size_t count = text_.readAt(last_.text, buffer, wanted);
+  while (last_.text != position) {
+    const uint64_t distance = back ? last_.text - position : position - last_.text;
+    const auto wanted = static_cast<size_t>(std::min<uint64_t>(sizeof buffer, distance));
+    const size_t count = text_.readAt(back ? last_.text - wanted : last_.text, buffer, wanted);
     if (count == 0) break;
+    uint64_t passed = 0;
     for (size_t i = 0; i < count; ++i) {
       const auto byte = static_cast<unsigned char>(buffer[i]);
       if ((byte & 0xC0) == 0x80) continue;
-      last_.file += byte >= 0xF0 && unit_ == 2 ? 4 : unit_;
+      passed += byte >= 0xF0 && unit_ == 2 ? 4 : unit_;
     }
-    last_.text += count;
+    last_.text = back ? last_.text - count : last_.text + count;
+    last_.file = back ? last_.file - passed : last_.file + passed;
   }
   return last_.file;
 }
