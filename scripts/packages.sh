@@ -1,8 +1,11 @@
+# shellcheck shell=bash disable=SC2034
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
 build_packages="g++ cmake ninja-build libcli11-dev nettle-dev libuchardet-dev libutf8proc-dev rapidjson-dev"
 test_packages="libgtest-dev libbenchmark-dev python3 python3-jsonschema"
 fuzz_packages="clang libclang-rt-14-dev"
+lint_packages="clang-tidy cppcheck shellcheck"
+coverage_packages="gcovr"
 
 need_packages() {
   local missing=() name

@@ -43,6 +43,7 @@ like_shown '[x]'
 like_shown -- -x.vcf
 like_shown <(cat "$agent")
 like_shown - < <(cat "$agent")
+# shellcheck disable=SC2094  # the file is only read
 expect 0 '' --format text "$agent" - <"$agent"
 same 'titles of several' "$(grep '^== ' out)" "== $agent ==
 == standard input =="
@@ -104,6 +105,20 @@ expect 1 'pxcard: faults.vcf: line 1: VCARD without END
 pxcard: faults.vcf: line 5: bytes that are no text in the value'\''s character set' faults.vcf
 same 'colours' "$("$pxcard" --color always "$agent" | grep -c $'\e\[')" "$("$pxcard" --color always "$agent" | grep -c $'\e\[0m')"
 same 'no colours' "$("$pxcard" "$agent" | grep -c $'\e')" 0
+
+# A file that costs more than its size allows: what is shown is whole, and where it ends is told.
+for _ in {1..6000}; do printf 'BEGIN:VCARD\nN:a;\nEND:VCARD\n'; done >costly.vcf
+expect 0 '' costly.vcf
+for format in json trace; do
+  "$pxcard" --raw --format $format costly.vcf >out 2>err
+  same "a limit, $format" "$? $(sed -E 's/byte [0-9]+/byte N/' err)" "1 pxcard: costly.vcf: more work \
+than its size allows; stopped at byte N (--no-limit reads on)"
+done
+"$pxcard" --raw --format json costly.vcf 2>err | python3 -c 'import json, sys
+cards = json.load(sys.stdin)
+print(len(cards) > 1, cards[-1]["error"][:9], all("properties" in card for card in cards[:-1]))' >out
+same 'what is stopped is whole' "$(<out)" 'True more work True'
+expect 0 '' --raw --no-limit --format trace costly.vcf
 
 # Wrong use.
 while IFS='|' read -r wrong words; do

@@ -109,19 +109,18 @@ ExitCode Program::run() {
 
 void Program::runFile(const std::string &file) {
   FileIo io(openInput(file));
-  WorkLimit limit(!options_.noLimit);
-  limit_ = &limit;
+  limit_.emplace(!options_.noLimit);
   try {
     read(file, &io);
   } catch (const WriteError &) {
     throw;
   } catch (const std::runtime_error &) {
     io.check();  // these know better why
-    limit.check();
+    limit_->check();
     throw;
   }
   io.check();  // a failure has looked like the end of the file to the filter
-  limit.check();
+  limit_->check();
 }
 
 void Program::read(const std::string &file, FileIo *io) {
@@ -147,7 +146,7 @@ void Program::readInto(const std::string &file, FileIo *io, CardEvents *events) 
     if (++count <= most) report(file, "line " + std::to_string(line) + ": " + text);
   };
   const Reading reading = options_.raw ? Reading::Raw : Reading::Viewed;
-  readFile(filter_, io, reading, fault, events, limit_);
+  readFile(filter_, io, reading, fault, events, &*limit_);
   if (count > most) report(file, std::to_string(count - most) + " more of that kind");
 }
 
@@ -179,11 +178,11 @@ void Program::trace(const std::string &file, FileIo *io) {
     out_.write(line);
     out_.write("\n");
   });
-  LimitedIo limited(io, limit_, PastLimit::Fails);
+  LimitedIo limited(io, &*limit_, PastLimit::Fails);
   CardRun run(filter_, &limited, &writer);
   openRun(&run, sniffFormat(io));
   writeTitle(file);
-  readLimited(&run, limited, true, limit_);
+  readLimited(&run, limited, true, &*limit_);
 }
 
 void Program::extract(const std::string &file, FileIo *io) {

@@ -3,6 +3,7 @@
 #ifndef PX_HOST_COMMAND_PROGRAM_H
 #define PX_HOST_COMMAND_PROGRAM_H
 
+#include <optional>
 #include <string>
 
 #include "host/command/options.h"
@@ -47,7 +48,7 @@ class Program {
   FileWriter &out_;
   SaveDirectory directory_;
   JsonWriter json_;
-  WorkLimit *limit_ = nullptr;  // of the file that is read
+  std::optional<WorkLimit> limit_;  // of the file that is read
   ExitCode code_ = ExitGood;
   uint32_t shown_ = 0;  // files
 };

@@ -18,7 +18,7 @@ namespace px {
 // The account of one file.
 class WorkLimit {
  public:
-  static constexpr uint64_t Free = 8 * 1024 * 1024;  // that any file may cost
+  static constexpr uint64_t Free = 8U << 20;  // that any file may cost
   static constexpr uint64_t PerByte = 32;            // what each of its bytes adds
 
   // `on` false: the work is counted, and no work is too much.

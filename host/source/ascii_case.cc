@@ -27,4 +27,12 @@ std::string inSmallLetters(std::string_view text) {
   return result;
 }
 
+std::string asciiWord(std::string_view text) {
+  std::string word(text);
+  for (char &c : word) {
+    if (c < ' ' || c > '~') c = '?';
+  }
+  return word;
+}
+
 }  // namespace px

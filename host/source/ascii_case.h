@@ -12,6 +12,10 @@ bool equalsNoCase(std::string_view a, std::string_view b);
 std::string inCapitals(std::string_view text);
 std::string inSmallLetters(std::string_view text);
 
+// `text` with "?" for each byte that is no visible character or blank of ASCII: for words of the
+// format, which are nothing else.
+std::string asciiWord(std::string_view text);
+
 }  // namespace px
 
 #endif

@@ -31,7 +31,7 @@ std::string takeComponentName(ByteSource *source) {
       if (c != ' ' && c != '\t' && name.size() < longest) name += c;
     }
   }
-  return inCapitals(name);
+  return asciiWord(inCapitals(name));
 }
 
 ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,

@@ -24,8 +24,8 @@ namespace px {
 // Something that could not be read, for a person: the number of the line, and what is wrong.
 using FaultSink = std::function<void(uint64_t line, const std::string &text)>;
 
-// The name behind BEGIN: or END:, in capitals and without blanks; the value is taken. No longer
-// than names are.
+// The name behind BEGIN: or END:, in capitals, ASCII and without blanks; the value is taken. No
+// longer than names are.
 std::string takeComponentName(ByteSource *source);
 
 class ComponentLines {

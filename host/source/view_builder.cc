@@ -27,7 +27,7 @@ bool isCalendarPart(std::string_view name) {
          name == "VTIMEZONE" || name == "VALARM";
 }
 
-// Takes a value; answers the head of its text, without the blanks around it.
+// Takes a value; answers the head of its text, in ASCII and without the blanks around it.
 std::string shortText(ValueBytes *value) {
   constexpr size_t longest = 32;
   std::string text;
@@ -36,7 +36,7 @@ std::string shortText(ValueBytes *value) {
     text += piece.substr(0, longest - std::min(longest, text.size()));
   }
   text.erase(text.find_last_not_of(" \t") + 1);
-  return text;
+  return asciiWord(text);
 }
 
 }  // namespace
