@@ -34,6 +34,10 @@ extern "C" const char *PxResultText(int32_t result) {
       return "the filter library can't be loaded";
     case PxErrorInternal:
       return "a fault of the library";
+    case PxErrorDamaged:
+      return "the content ended early, at a byte that is no Base64";
+    case PxErrorLimit:
+      return "more work than the input's size allows";
     default:
       return "unknown result";
   }
