@@ -1,9 +1,13 @@
+# shellcheck shell=bash disable=SC2034
 # Sourced by the other scripts: what they need from Debian, installed when it isn't there.
 
 build_packages="g++ cmake ninja-build gettext scdoc nettle-dev libuchardet-dev libutf8proc-dev rapidjson-dev"
 test_packages="libgtest-dev libcli11-dev pkg-config python3 python3-jsonschema tidy chromium chromium-driver python3-selenium
   python3-pytest python3-dask python3-distributed python3-pandas mypy"
 peer_packages="pkg-config libical-dev libebook-contacts1.2-dev libkf5contacts-dev"
+fuzz_packages="clang libclang-rt-14-dev"
+lint_packages="clang-tidy cppcheck shellcheck"
+coverage_packages="gcovr"
 
 need_packages() {
   local missing=() name

@@ -44,6 +44,7 @@ like_shown '[x]'
 like_shown -- -x.vcf
 like_shown <(cat "$agent")
 like_shown - < <(cat "$agent")
+# shellcheck disable=SC2094  # the file is only read
 expect 0 '' --format text "$agent" - <"$agent"
 same 'titles of several' "$(grep '^== ' out)" "== $agent ==
 == standard input =="
@@ -183,6 +184,19 @@ same 'terminal' "$(at_terminal "$pxcard </dev/tty")" 'pxcard: no file is given''
 same 'progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -o progress - '$agent'" |
   sed -E 's|([0-9.]+ k?B, [0-9] files, [0-9.]+ k?B/s[[]K)+|LINE|')" '[KLINE'
 same 'no progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -q -o progress -")" ''
+# A file that costs more than its size allows: what is shown is whole, and where it ends is told.
+for _ in {1..6000}; do printf 'BEGIN:VCARD\nN:a;\nEND:VCARD\n'; done >costly.vcf
+expect 0 '' costly.vcf
+for format in json trace; do
+  "$pxcard" --raw --format $format costly.vcf >out 2>err
+  same "a limit, $format" "$? $(sed -E 's/byte [0-9]+/byte N/' err)" "1 pxcard: costly.vcf: more work \
+than its size allows; stopped at byte N (--no-limit reads on)"
+done
+"$pxcard" --raw --format json costly.vcf 2>err | python3 -c 'import json, sys
+cards = json.load(sys.stdin)
+print(len(cards) > 1, cards[-1]["error"][:9], all("properties" in card for card in cards[:-1]))' >out
+same 'what is stopped is whole' "$(<out)" 'True more work True'
+expect 0 '' --raw --no-limit --format trace costly.vcf
 
 # Wrong use.
 while IFS='|' read -r wrong words; do
@@ -213,7 +227,7 @@ expect 0 '' --help
 share=$(dirname "$pxcard")/../share
 page=$share/man/man1/pxcard.1
 options=$(grep -oE '^ +(-., )?--[a-z0-9-]+' out | grep -oE -- '--[a-z0-9-]+')
-same 'options' "$(wc -w <<<"$options")" 15
+same 'options' "$(wc -w <<<"$options")" 16
 for option in $options; do
   name=${option#--}
   grep -qF -- "fB$option\\fR" "$page" || same "$option in the page" none there

@@ -17,5 +17,6 @@ done | awk -F: '
 mkdir -p "$installed/here/lib"
 echo 'no library' >"$installed/here/lib/libpx_vcrd.so.1"
 cd "$installed/here"
+# shellcheck disable=SC2016  # the inner shell expands it
 error=$(unshare -rm sh -c 'mount -t tmpfs none /proc && "$0" card.vcf' "$1/bin/pxcard" 2>&1) || :
 ! echo "$error" | grep lib/libpx_vcrd.so

@@ -14,11 +14,12 @@
 #include "host/command/messages.h"
 #include "host/filter/card_run.h"
 #include "host/io/file_io.h"
+#include "host/io/limited_io.h"
 #include "host/io/spool.h"
 #include "host/languages/translation.h"
 #include "host/reading/file_reading.h"
 #include "host/saving/content_type.h"
-#include "host/source/sniffer.h"
+#include "host/source/documents.h"
 #include "host/writers/file_text.h"
 #include "host/writers/json_writer.h"
 #include "host/writers/trace_writer.h"
@@ -47,7 +48,8 @@ class FileWork {
         options_(settings.options),
         input_(input),
         name_(displayName(input.name)),
-        output_(*output) {
+        output_(*output),
+        limit_(!settings.options.noLimit) {
     const bool isArray = options_.task == Task::Json;
     if (isArray || options_.task == Task::JsonLines) {
       json_.emplace(isArray ? JsonForm::Elements : JsonForm::Lines, contentTypeOf,
@@ -66,12 +68,14 @@ class FileWork {
 
   void writeTitle();
   void report(const std::string &fault);
+  void end(const std::string &fault);
 
   const WorkSettings &settings_;
   const Options &options_;
   const Input &input_;
   const std::string name_;
   FileOutput &output_;
+  WorkLimit limit_;
   std::optional<JsonWriter> json_;
   bool good_ = true;
 };
@@ -87,21 +91,29 @@ bool FileWork::run() {
       throw;
     } catch (const std::runtime_error &) {
       io.check();  // knows better why
-      throw;
+      if (!limit_.stoppedAt()) throw;
     }
     io.check();  // a failure has looked like the end of the file to the filter
+    if (limit_.stoppedAt()) {
+      end(filled(tr("more work than its size allows; stopped at byte %1 (--no-limit reads on)"),
+                 {std::to_string(*limit_.stoppedAt())}));
+    }
   } catch (const WriteError &) {
     throw;
   } catch (const std::exception &error) {
-    const std::string fault = errorText(error);
-    if (json_) {
-      json_->error(name_, printable(fault));
-      json_->flush();
-    }
-    if (options_.task == Task::Html) settings_.page->error(name_, printable(fault));
-    report(fault);
+    end(errorText(error));
   }
   return good_;
+}
+
+// Tells what has ended the file before its end.
+void FileWork::end(const std::string &fault) {
+  if (json_) {
+    json_->error(name_, printable(fault));
+    json_->flush();
+  }
+  if (options_.task == Task::Html) settings_.page->error(name_, printable(fault));
+  report(fault);
 }
 
 void FileWork::read(FileIo *io) {
@@ -137,7 +149,7 @@ void FileWork::readInto(FileIo *io, CardEvents *events) {
     report(filled(tr("line %1: %2"), {std::to_string(line), faultText(text)}));
   };
   const Reading reading = options_.raw ? Reading::Raw : Reading::Viewed;
-  readFile(settings_.filter, io, reading, fault, events);
+  readFile(settings_.filter, io, reading, fault, events, &limit_);
   if (count > most) {
     report(filled(tr("%1 more of that kind; --check tells all"), {std::to_string(count - most)}));
   }
@@ -169,10 +181,14 @@ void FileWork::trace(FileIo *io) {
     output_.write(line);
     output_.write("\n");
   });
-  CardRun run(settings_.filter, io, &writer);
-  openRun(&run, sniffFormat(io));
+  Documents documents(io, Reading::Raw, {}, &limit_);
+  Documents::Document document;
+  documents.next(&document);
+  CardRun run(settings_.filter, document.io, &writer);
+  openRun(&run, document.format, &documents);
   writeTitle();
   run.readAll();
+  if (run.gaveUp()) documents.stop(0);
 }
 
 void FileWork::extract(FileIo *io) {

@@ -29,6 +29,8 @@ constexpr OptionRow kOptions[] = {
     {OptionJobs, "jobs", "N", Completes::Nothing, "", N_("read N files at a time")},
     {OptionRaw, "raw", nullptr, Completes::Nothing, "",
      N_("read the bytes as they stand, as trace always does")},
+    {OptionNoLimit, "no-limit", nullptr, Completes::Nothing, "",
+     N_("read on where a file costs more work than its size allows")},
     {OptionColor, "color", "WHEN", Completes::Words, "auto always never",
      N_("colours in text: auto, always or never")},
     {OptionLang, "lang", "LANG", Completes::Words, "ar de en es fr ja",

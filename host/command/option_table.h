@@ -19,6 +19,7 @@ enum OptionId : int {
   OptionExtract,
   OptionName,
   OptionRaw,
+  OptionNoLimit,
   OptionColor,
   OptionFiles0From,
   OptionJobs,

@@ -129,6 +129,9 @@ void take(int id, const char *value, Options *options) {
     case OptionRaw:
       options->raw = true;
       break;
+    case OptionNoLimit:
+      options->noLimit = true;
+      break;
     case OptionColor:
       options->color = valueNamed<Color>(
           "--color", value,

@@ -25,6 +25,7 @@ struct Options {
   std::string directory;    // to save objects in
   std::string namePattern;  // of the saved objects; empty: their own names
   bool raw = false;
+  bool noLimit = false;
   Color color = Color::Auto;
   std::string output;  // a file; empty: standard output
   bool quiet = false;

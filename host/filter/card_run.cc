@@ -37,8 +37,8 @@ void CardRun::readAll() {
   do {
     beginSection();
     do last = read();
-    while (last == SoBreakParagraph);
-  } while (last == SoBreakSection);
+    while (last == SoBreakParagraph && !gaveUp());
+  } while (last == SoBreakSection && !gaveUp());
 }
 
 }  // namespace px

@@ -4,6 +4,8 @@
 #define PX_HOST_FILTER_CARD_RUN_H
 
 #include <cstdint>
+#include <functional>
+#include <utility>
 
 #include "host/filter/filter_library.h"
 #include "host/filter/output.h"
@@ -34,6 +36,14 @@ class CardRun {
   // Reads all sections to the end of the document, going on behind every stop, so the output sees
   // one unbroken sequence of calls. An output that wants to give up throws.
   void readAll();
+
+  // Asks `givesUp` at each SoEmitBreak. Where it answers true the run is over: no member of the
+  // output is called any more, and nothing is to be read.
+  void giveUpWhere(std::function<bool()> givesUp) { route_.givesUp = std::move(givesUp); }
+  bool gaveUp() const { return route_.gaveUp; }
+
+  // How many calls the filter has made.
+  uint64_t given() const { return route_.given; }
 
   VcardData *data() { return data_; }
   VcardStream *stream() { return stream_; }

@@ -5,10 +5,10 @@
 namespace px {
 namespace {
 
-// Calls `member` with the route's output, unless an earlier call has failed.
+// Calls `member` with the route's output, unless the route has ended.
 template <class Member>
 void call(OutputRoute *route, Member member) noexcept {
-  if (route->failure) return;
+  if (route->failure || route->gaveUp) return;
   try {
     member(*route->output);
   } catch (...) {
@@ -21,6 +21,7 @@ template <class Member>
 void guard(uint64_t user0, Member member) noexcept {
   auto *route = reinterpret_cast<OutputRoute *>(user0);
   route->flush();
+  ++route->given;
   call(route, member);
 }
 
@@ -64,7 +65,8 @@ int64_t emitBreak(uint32_t kind, uint32_t zero, uint64_t user0, uint64_t /*user1
   route->lastBreak = kind;
   bool stop = false;
   guard(user0, [&](Output &output) { stop = output.emitBreak(kind, zero); });
-  return stop || route->failure ? 1 : 0;
+  if (route->givesUp && !route->failure && !route->gaveUp) route->gaveUp = route->givesUp();
+  return stop || route->failure || route->gaveUp ? 1 : 0;
 }
 
 }  // namespace
@@ -72,6 +74,7 @@ int64_t emitBreak(uint32_t kind, uint32_t zero, uint64_t user0, uint64_t /*user1
 // Out of line, so that the call for a character saves no registers.
 [[gnu::noinline]] void OutputRoute::handOn() noexcept {
   const std::span<const uint16_t> run(codes, held);
+  given += held;
   held = 0;
   call(this, [&](Output &to) { to.emitChars(run); });
 }

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <span>
 
 #include "px/vcrd.h"
@@ -47,9 +48,13 @@ class Output {
 //
 // The filter has no way to pass an exception on, so none reaches it: the first one that a member
 // throws is kept in `failure`, no member is called after it, and the filter is asked to stop. Who
-// drives the filter throws it again.
+// drives the filter throws it again. Where `givesUp` is set it is asked at each SoEmitBreak, and when
+// it answers true the route ends in the same way, without a failure.
 struct OutputRoute {
   Output *output = nullptr;
+  std::function<bool()> givesUp{};
+  bool gaveUp = false;
+  uint64_t given = 0;      // calls, SoEmitChar included
   uint32_t lastBreak = 0;  // the kind of the last SoEmitBreak, 0 before the first
   std::exception_ptr failure{};
 

@@ -54,7 +54,7 @@ class Base64Io final : public PositionedIo<Base64Io> {
 
   uint64_t sourceEnd_;  // position in the source behind the buffer
   uint32_t next_, filled_;
-  uint8_t buffer_[2048];
+  uint8_t buffer_[2048] = {};
 };
 
 }  // namespace px

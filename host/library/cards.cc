@@ -24,7 +24,9 @@ template <class Step>
 int32_t run(PxReader *reader, Step step) noexcept {
   reader->error = "";
   try {
-    return step(reader->reader);
+    const int32_t result = step(reader->reader);
+    reader->error = "";  // an event may have made a mistake
+    return result;
   } catch (...) {
     const int32_t result = resultOfException(PxErrorRead, &reader->errorText);
     return fail(reader, result, reader->errorText.empty() ? nullptr : reader->errorText.c_str());
@@ -102,6 +104,13 @@ int32_t PxSetFault(PxReader *reader, PxFault fault, void *user) {
 int32_t PxSetRaw(PxReader *reader, int32_t raw) {
   return enter(reader, true, [=](Reader &inner) {
     inner.settings.raw = raw != 0;
+    return PxGood;
+  });
+}
+
+int32_t PxSetLimit(PxReader *reader, int32_t limit) {
+  return enter(reader, true, [=](Reader &inner) {
+    inner.settings.limited = limit != 0;
     return PxGood;
   });
 }

@@ -35,6 +35,7 @@ void Reader::open(std::unique_ptr<Input> input, std::string name) {
   filter();
   input_ = std::move(input);
   opened_ = settings;
+  limit_.emplace(opened_.limited);
   name_ = std::move(name);
 }
 
@@ -96,12 +97,19 @@ void Reader::beginSections() {
 bool Reader::readSection(CardEvents *target) {
   objects_.setTarget(target);
   if (!sections_) {
-    const Reading how = opened_.raw ? Reading::Raw : Reading::Viewed;
-    sections_.emplace(filter(), input_->io(), how, faultSink(), &objects_);
+    sections_.emplace(filter(), input_->io(), how(), faultSink(), &objects_, &*limit_);
   }
   const bool any = sections_->readSection();
   anySection_ |= any;
+  if (!any) checkLimit();
   return any;
+}
+
+// The last section before the limit is given whole; this ends the reading behind it.
+void Reader::checkLimit() const {
+  if (!limit_->stoppedAt()) return;
+  throw Failure(PxErrorLimit, "more work than its size allows; stopped at byte " +
+                                  std::to_string(*limit_->stoppedAt()));
 }
 
 // JSON. The writer gives all of a section in pieces, with a line end behind it.
@@ -166,11 +174,10 @@ int32_t Reader::nextDocument(int16_t *format, VcardIo **view) {
   if (sections_) throw Failure(PxErrorOrder, "the input is read by sections");
   Documents::Document document;
   const bool any = reading([&] {
-    if (!documents_) {
-      const Reading how = opened_.raw ? Reading::Raw : Reading::Viewed;
-      documents_.emplace(input_->io(), how, faultSink());
-    }
-    return documents_->next(&document);
+    if (!documents_) documents_.emplace(input_->io(), how(), faultSink(), &*limit_);
+    const bool follows = documents_->next(&document);
+    if (!follows) checkLimit();
+    return follows;
   });
   if (!any) return PxEnd;
   *format = document.format;
@@ -196,7 +203,7 @@ int32_t Reader::readObject(uint64_t handle, char *to, uint64_t size, uint64_t *c
     const auto room = static_cast<uint32_t>(std::min<uint64_t>(size - done, UINT32_MAX));
     if (content->Read(content, to + done, room, &got) != 0) {
       input_->check();  // knows better why
-      throw Failure(PxErrorRead);
+      throw Failure(sections_->isRefused() ? PxErrorLimit : PxErrorRead);
     }
     if (got == 0) break;
     done += got;

@@ -28,6 +28,7 @@ class Reader {
     PxFault fault = nullptr;
     void *faultUser = nullptr;
     bool raw = false;
+    bool limited = true;
   };
   Settings settings;  // for the next input
 
@@ -64,9 +65,12 @@ class Reader {
   void beginSections();
   void endObjects();
   FaultSink faultSink() const;
+  Reading how() const { return opened_.raw ? Reading::Raw : Reading::Viewed; }
+  void checkLimit() const;
 
   std::unique_ptr<Input> input_;
   Settings opened_;  // what held when it was
+  std::optional<WorkLimit> limit_;
   std::optional<Documents> documents_;
   std::optional<SectionReader> sections_;
   bool anySection_ = false;

@@ -35,7 +35,9 @@ extern "C" const char *PxResultText(int32_t result) {
     case PxErrorInternal:
       return "a fault of the library";
     case PxErrorDamaged:
-      return "the content ends at a byte that is no Base64";
+      return "the content ended early, at a byte that is no Base64";
+    case PxErrorLimit:
+      return "more work than the input's size allows";
     default:
       return "unknown result";
   }

@@ -97,6 +97,8 @@ bool CallReader::emitBreak(uint32_t kind, uint32_t) {
   return false;
 }
 
+void CallReader::endRun() { endSection(); }
+
 void CallReader::endSection() {
   if (place_ == Place::Outside) return;
   if (place_ == Place::Summary) summary_.end();

@@ -41,6 +41,12 @@ class CallReader : public Output {
   // reads the file itself, so the types are those that the calls tell.
   void beginRun(int16_t format, VcardStream *stream, bool inPlace);
 
+  // Ends what is open where a run has been given up.
+  void endRun();
+
+  // Where in the file the section stands that the calls have come to, as far as notes tell.
+  uint64_t position() const { return note_ && note_->extent ? note_->extent->offset : 0; }
+
   void emitChars(std::span<const uint16_t> codes) override;
   void emitSpecial(uint32_t kind) override;
   void setCharHeight(uint32_t height) override;

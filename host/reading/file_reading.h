@@ -8,10 +8,11 @@
 namespace px {
 
 // Reads all of `io` into `events`, and what can't be read into `faults`, before the events of its
-// section. Throws as SectionReader does.
+// section. Throws, and ends at the limit, as SectionReader does. A null `limit`: there is none.
 inline void readFile(const FilterLibrary &filter, VcardIo *io, Reading reading,
-                     const FaultSink &faults, CardEvents *events) {
-  SectionReader sections(filter, io, reading, faults, events);
+                     const FaultSink &faults, CardEvents *events, WorkLimit *limit = nullptr) {
+  WorkLimit none(false);
+  SectionReader sections(filter, io, reading, faults, events, limit ? limit : &none);
   while (sections.readSection()) {
   }
 }

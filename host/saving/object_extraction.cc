@@ -32,7 +32,7 @@ std::string_view extensionOf(std::string_view title) {
 }
 
 std::string chooseExtension(std::string_view title, const ContentType &type) {
-  const std::string own(extensionOf(title));
+  std::string own(extensionOf(title));
   if (type.vague && !own.empty()) return own;
   std::istringstream list{std::string(type.extensions)};
   std::string best, usual;

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "host/io/buffered_io.h"
+#include "host/io/limited_io.h"
 #include "host/source/source_view.h"
 
 namespace px {
@@ -25,10 +26,10 @@ class Documents {
     bool inPlace = false;   // it shows the file itself
   };
 
-  // `file` isn't owned. Throws as SourceView does.
-  Documents(VcardIo *file, Reading reading, const FaultSink &faults);
+  // Neither `file` nor `limit` is owned. Throws as SourceView does.
+  Documents(VcardIo *file, Reading reading, const FaultSink &faults, WorkLimit *limit);
 
-  // False when there is none left. Throws as check() does.
+  // False when there is none left, also behind the limit. Throws as check() does.
   bool next(Document *document);
 
   // Throws what has failed a read of the document, where it is text of the view: the filter takes
@@ -37,15 +38,28 @@ class Documents {
     if (text_) text_->check();
   }
 
+  // Whether the limit has ended the document. Its reads fail then.
+  bool isRefused() const { return io_ && io_->refusedAt(); }
+
+  // Takes how many calls the filter has made of the document. Answers whether more is too much.
+  bool isSpent(uint64_t calls);
+
+  // Ends the reading at the limit. `position` is the file's, for a document that is text of the view.
+  void stop(uint64_t position);
+
   // Null where there is no view.
   const SourceView *view() const { return view_ ? &*view_ : nullptr; }
 
  private:
   VcardIo *file_;
+  WorkLimit *limit_;
   std::optional<SourceView> view_;
   bool given_ = false;  // the file itself
+  bool inPlace_ = false;
+  uint64_t callsNoted_ = 0;
   std::optional<SpoolIo> text_;
-  std::optional<BufferedIo> io_;
+  std::optional<BufferedIo> buffer_;
+  std::optional<LimitedIo> io_;
 };
 
 }  // namespace px

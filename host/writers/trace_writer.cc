@@ -25,7 +25,7 @@ void append(std::string &line, uint64_t value, int base = 10) {
 }
 
 void append(std::string &line, Hex hex) {
-  char digits[8];
+  char digits[8] = {};
   const auto end = std::to_chars(digits, digits + sizeof digits, hex.value, 16).ptr;
   line += "0x";
   for (const char *digit = digits; digit < end; ++digit) {

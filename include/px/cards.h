@@ -38,7 +38,11 @@
  * which isn't more than a small multiple of its bytes in the file and can be bounded by
  * PxWriteJson.
  *
- * Limits. An input has at most 4,294,967,295 bytes (2^32 - 1).
+ * Limits. An input has at most 4,294,967,295 bytes (2^32 - 1). Some inputs are small and make their
+ * reader go over the same bytes again and again, above all where they are read as they stand. So
+ * the work on an input is counted, in bytes read, those of objects too, and in calls of the filter:
+ * each may come to 8 MB and 32 times what was read of the input so far. Behind that the section ends
+ * and the next call answers PxErrorLimit. PxSetLimit takes the limit away.
  *
  * The library loads libpx_vcrd, which stands beside it. No routine throws a C++ exception, and no
  * routine that is given to it may.
@@ -75,7 +79,8 @@ enum PxResult {
   PxErrorMemory = -9,    /* there is no memory */
   PxErrorFilter = -10,   /* libpx_vcrd can't be loaded */
   PxErrorInternal = -11, /* a fault of the library */
-  PxErrorDamaged = -12   /* an object's content ended early, at a byte that is no Base64 */
+  PxErrorDamaged = -12,  /* an object's content ended early, at a byte that is no Base64 */
+  PxErrorLimit = -13     /* the input costs more work than its size allows */
 };
 
 /* Stands for a position or a size that isn't known. */
@@ -141,6 +146,9 @@ PX_API int32_t PxSetFault(PxReader *reader, PxFault fault, void *user);
  * a new reader, cards of today are read whole.
  */
 PX_API int32_t PxSetRaw(PxReader *reader, int32_t raw);
+
+/* With `limit` 0 the work on an input has no limit. Otherwise, and in a new reader, it has. */
+PX_API int32_t PxSetLimit(PxReader *reader, int32_t limit);
 
 /*
  * Inputs. Opening closes what was open before, also when it fails. Whether the input holds a card

@@ -29,6 +29,7 @@ class Result(enum.IntEnum):
     FILTER = -10
     INTERNAL = -11
     DAMAGED = -12
+    LIMIT = -13
 
 
 class Error(Exception):
