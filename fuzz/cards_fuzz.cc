@@ -1,6 +1,6 @@
 // libpx_cards as callers use and misuse it: what is given out is whole and valid UTF-8, however the
-// input is opened and in whatever order the routines are called; mistakes are answered with a result;
-// what a file holds never looks like a fault of the library.
+// input is opened and in whatever order the routines are called; mistakes are answered with a
+// result; what a file holds never looks like a fault of the library.
 
 #include <rapidjson/document.h>
 
@@ -109,7 +109,8 @@ class Caller {
     require(PxClose(reader_) == PxErrorBusy, "no input is closed in an event");
     require(PxReadJson(reader_, &text) == PxErrorBusy, "no section is read in an event");
     PxReader *copy = reader_;
-    require(PxFreeReader(&copy) == PxErrorBusy && copy == reader_, "no reader is freed in an event");
+    require(PxFreeReader(&copy) == PxErrorBusy && copy == reader_,
+            "no reader is freed in an event");
   }
 
   // Takes the answer of a call that reads on.
@@ -169,12 +170,8 @@ class Caller {
       caller->object();
       return caller->event(2, 2);
     };
-    events.endProperty = [](void *user) {
-      return static_cast<Caller *>(user)->event(2, 1);
-    };
-    events.endSection = [](void *user) {
-      return static_cast<Caller *>(user)->event(1, 0);
-    };
+    events.endProperty = [](void *user) { return static_cast<Caller *>(user)->event(2, 1); };
+    events.endSection = [](void *user) { return static_cast<Caller *>(user)->event(1, 0); };
     depth_ = 0;
     const int32_t result = PxReadEvents(reader_, &events, this);
     require(result != PxGood || depth_ == 0, "a section that was read has ended");

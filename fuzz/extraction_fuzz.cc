@@ -77,10 +77,12 @@ void checkExtraction(std::string_view text, Reading reading, const std::string &
       names.insert(saved.name);  // equal content has one file
       require(fs::file_size(parent / "objects" / saved.name) == saved.size, "and its size");
     };
-    ObjectExtraction extraction("../a b.vcf", &target, [] {}, report);
+    ObjectExtraction extraction(
+        "../a b.vcf", &target, [] {}, report);
     MemoryIo io(text);
     try {
-      readFile(filterLibrary(), &io, reading, [](uint64_t, const std::string &) {}, &extraction);
+      readFile(
+          filterLibrary(), &io, reading, [](uint64_t, const std::string &) {}, &extraction);
     } catch (const std::runtime_error &) {
     }
   }

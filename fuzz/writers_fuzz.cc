@@ -31,7 +31,8 @@ struct File {
   bool readInto(CardEvents *events) const {
     MemoryIo io(text);
     try {
-      readFile(filterLibrary(), &io, reading, [](uint64_t, const std::string &) {}, events);
+      readFile(
+          filterLibrary(), &io, reading, [](uint64_t, const std::string &) {}, events);
     } catch (const std::runtime_error &) {
       return false;
     }

@@ -405,6 +405,42 @@ TEST(CardsLibrary, ErrorsStay) {
   ::unsetenv("TMPDIR");
 }
 
+// What is small and costs much ends, behind whole sections, and only where that isn't allowed.
+TEST(CardsLibrary, WorkIsLimited) {
+  Reader reader;
+  std::string costly;
+  for (int i = 0; i < 4000; ++i) costly += "BEGIN:VCARD\nN:a;\nEND:VCARD\n";
+  int32_t last;
+  PxSetRaw(reader.p, 1);
+  for (const bool limited : {true, false}) {
+    PxSetLimit(reader.p, limited);
+    reader.open(limited ? costly : costly.substr(0, costly.size() / 10));
+    const std::string lines = reader.json(&last);
+    EXPECT_EQ(last, limited ? PxErrorLimit : PxEnd);
+    EXPECT_EQ(reader.json(&last), "");
+    EXPECT_EQ(last, limited ? PxErrorLimit : PxEnd) << "again";
+    EXPECT_EQ(reader.error().substr(0, 47),
+              limited ? "more work than its size allows; stopped at byte" : "");
+    EXPECT_GT(std::count(lines.begin(), lines.end(), '\n'), 50);
+    EXPECT_TRUE(lines.ends_with("}\n"));
+  }
+  // The card's object costs as much as is read of it.
+  PxSetLimit(reader.p, 1);
+  int opened = 0;
+  reader.open("BEGIN:VCARD\nPHOTO;BASE64:\n" + std::string(1 << 20, 'A') + "\n\nEND:VCARD\n");
+  PxText text;
+  ASSERT_EQ(PxReadJson(reader.p, &text), PxGood);
+  for (last = PxEnd; last == PxEnd && opened < 100; ++opened) {
+    uint64_t handle;
+    ASSERT_EQ(PxOpenObject(reader.p, 1, &handle), PxGood);
+    reader.object(handle, &last, 64);
+  }
+  EXPECT_EQ(last, PxErrorLimit);
+  EXPECT_GT(opened, 20);
+  EXPECT_LT(opened, 60);
+  EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorLimit);
+}
+
 TEST(CardsLibrary, NoMemoryIsAnError) {
   const std::string all =
       kTwo + kCalendar + "BEGIN:VCARD\r\nFN;CHARSET=koi8-r:\xC1\r\nEND:VCARD\r\n";

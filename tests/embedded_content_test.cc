@@ -98,10 +98,10 @@ TEST(EmbeddedContent, ComesBackWheneverItIsRead) {
     collector.stream = run.stream();
     run.readAll();
     ASSERT_EQ(collector.ranges.size(), 2U);
-    EXPECT_TRUE(collector.contents[0] == kPicture);
-    EXPECT_TRUE(collector.contents[1] == kKey);
+    expectSameText(kPicture, collector.contents[0], "the picture");
+    expectSameText(kKey, collector.contents[1], "the key");
     // The filter doesn't notice that its input was moved.
-    EXPECT_TRUE(collector.trace == runOnce(card.text, card.format).trace);
+    expectSameCalls(runOnce(card.text, card.format).trace, collector.trace, "objects were read");
 
     // Behind the whole file, each twice, all open at once and read in turns.
     const uint32_t sizes[] = {1, 3, 4096, 7};

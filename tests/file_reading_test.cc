@@ -208,7 +208,8 @@ TEST(FileReading, AnyReadsGiveTheSame) {
       const std::string expected = readAll(&whole);
       for (const uint32_t size : {1U, 7U, 30U}) {
         CountingIo io(bytes, size);
-        EXPECT_EQ(readAll(&io), expected) << entry.path() << " in reads of " << size;
+        expectSameText(expected, readAll(&io),
+                       entry.path().string() + " in reads of " + std::to_string(size));
       }
       ++files;
     }

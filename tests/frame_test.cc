@@ -3,7 +3,6 @@
 
 #include <dlfcn.h>
 
-#include <regex>
 #include <sstream>
 
 #include "tests/support/failing_memory.h"
@@ -77,19 +76,22 @@ TEST(Frame, Info) {
     EXPECT_EQ(filter().getInfo(&out, selector), expected == untouched ? 0 : 1) << selector;
     EXPECT_EQ(out, expected) << selector;
   }
-  const std::pair<uint16_t, const char *> texts[] = {
-      {8, "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) [0-3]\\d 20\\d\\d\\x00#{8}"},
-      {9, "[0-2]\\d:[0-5]\\d:[0-6]\\d\\x00#{11}"}};
-  for (const auto &[selector, pattern] : texts) {
+  const std::pair<uint16_t, const char *> texts[] = {{8, "%b %d %Y"}, {9, "%H:%M:%S"}};
+  for (const auto &[selector, form] : texts) {
     std::string out(20, '#');
     EXPECT_EQ(filter().getInfo(out.data(), selector), 1);
-    EXPECT_TRUE(std::regex_match(out, std::regex(pattern))) << out;
+    const std::string text = out.c_str();
+    tm time{};
+    const char *end = strptime(text.c_str(), form, &time);
+    EXPECT_TRUE(end && !*end) << out;
+    EXPECT_EQ(text.size(), selector == 8 ? 11U : 8U) << out;
+    EXPECT_EQ(out.substr(text.size()), '\0' + std::string(19 - text.size(), '#'));
   }
 }
 
 TEST(Frame, ExportedData) {
   const std::string version = *static_cast<const char *const *>(exported("version"));
-  EXPECT_TRUE(std::regex_match(version, std::regex("ZEV_VER=\\d+(\\.\\d+)+"))) << version;
+  EXPECT_EQ(version, "ZEV_VER=" PX_VERSION);
   const auto bytesAt = [](const char *name, size_t offset, size_t size) {
     return std::string(static_cast<const char *>(exported(name)) + offset, size);
   };

@@ -137,7 +137,8 @@ constexpr std::string_view kBook =
     "BEGIN:VCARD\nFN:Ann\nN;QUOTED-PRINTABLE:A=\n=41;b\nTEL;HOME:555\nPHOTO;BASE64:\n AAAA\n BBBB\n"
     "\nAGENT:\nX-PET;A=b:Rex\n the dog\nEND:VCARD\nBEGIN:VCARD\nURL:u:v\nEND:VCARD\n";
 
-// A failed query, tell or seek changes nothing that comes out. A failed read is only survived.
+// A failed query, tell or seek changes nothing that comes out. Behind a failed read the filter has
+// less to tell, and ends what it has begun.
 TEST(Stream, EachCallFailsInTurn) {
   const Trace good = runOnce(kBook, VcardFormatVcard).trace;
   for (const IoCall kind : {IoCall::Query, IoCall::Tell, IoCall::Seek, IoCall::Read}) {
@@ -146,7 +147,18 @@ TEST(Stream, EachCallFailsInTurn) {
       std::vector<std::string> lines;
       const MemoryIoOptions io = {.largestRead = 11, .failing = kind, .failAt = n, .log = &lines};
       const Trace trace = runOnce(kBook, VcardFormatVcard, io).trace;
-      EXPECT_TRUE(kind == IoCall::Read || trace == good) << n;
+      const std::string how = "call " + std::to_string(n) + " of kind " + std::to_string(int(kind));
+      if (kind != IoCall::Read) {
+        expectSameCalls(good, trace, how);
+      } else if (!trace.empty()) {
+        const auto count = [&trace](auto... calls) {
+          return (std::count(trace.begin(), trace.end(), calls) + ...);
+        };
+        EXPECT_EQ(trace.back(), "SoEmitBreak(2, 0)") << how;
+        EXPECT_EQ(count("SoBeginSection(0, 0, 0)"),
+                  count("SoEmitBreak(2, 0)", "SoEmitBreak(3, 0)"));
+        EXPECT_EQ(count("SoEmitBreak(2, 0)"), 1) << how;
+      }
       log = std::accumulate(lines.begin(), lines.end(), std::string());
     }
   }

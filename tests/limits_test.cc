@@ -59,7 +59,7 @@ class Limits : public testing::TestWithParam<Reading> {};
 
 // The view's work is so many times the size whatever the file holds; what is stopped is whole.
 TEST_P(Limits, HostileFiles) {
-  constexpr size_t size = 120'000;
+  constexpr size_t size = 60'000;
   const bool raw = GetParam() == Reading::Raw;
   for (const auto &[name, text] : hostileInputs(size)) {
     const Cost cost = costOf(text, GetParam());

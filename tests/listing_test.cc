@@ -1,4 +1,3 @@
-#include <regex>
 #include <sstream>
 
 #include "tests/support/runs.h"
@@ -111,8 +110,10 @@ std::string expectation(const Form &form, const std::string &name, int label, co
 
 // With objects and attachments as one word.
 std::string withoutRecords(const std::string &text) {
-  static const std::regex calls(R"(GetObjectBase.*(EmitObject\(\{.*\}\)|EndDefinition\(.*\)))");
-  return std::regex_replace(text, calls, "object");
+  const size_t begin = text.find("GetObjectBase");
+  if (begin == text.npos) return text;
+  const size_t last = std::max(text.rfind("EmitObject(") + 1, text.rfind("EndDefinition(") + 1);
+  return text.substr(0, begin) + "object" + text.substr(text.find(')', last) + 1);
 }
 
 void expectForm(const Form &form, const std::string &name, int label, int16_t format) {

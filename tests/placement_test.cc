@@ -1,5 +1,3 @@
-#include <regex>
-
 #include "tests/support/runs.h"
 
 namespace px::test {
@@ -9,14 +7,33 @@ using namespace std::literals;
 
 // Objects as "object(start,length)", attachments as "attachment(start,end,id)" with their titles.
 std::string withoutRecords(const std::string &text) {
-  static const std::regex object(
-      R"(GetObjectBase\(\) SetObjectData\(8,(\d+,\d+)\) SetObjectData\(8192,2,0\) )"
-      R"(CommitObjectData\(\) EmitObject\(\{[^}]*\}\))");
-  static const std::regex attachment(
-      R"(GetObjectBase\(\) SetObjectData\(256,(\d+,\d+)\) CommitObjectData\(\) )"
-      R"(BeginDefinition\(0x8003000C,(\d+),\{0,0,0\}\)(.*?) EndDefinition\(0x8003000C,\2\))");
-  return std::regex_replace(std::regex_replace(text, object, "object($1)"), attachment,
-                            "attachment($1,$2)$3");
+  std::string rest = text;
+  const std::string_view base = "GetObjectBase() SetObjectData(";
+  for (size_t at; (at = rest.find(base)) != rest.npos;) {
+    // What stands between the next `from` and the `to` behind it, which are taken.
+    const auto between = [&rest, at](std::string_view from, std::string_view to) -> std::string {
+      const size_t begin = rest.find(from, at), end = rest.find(to, begin + from.size());
+      if (begin != at || end == rest.npos) return "?";
+      const std::string found = rest.substr(begin + from.size(), end - begin - from.size());
+      rest.erase(begin, end + to.size() - begin);
+      return found;
+    };
+    std::string shown;
+    if (rest.compare(at + base.size(), 2, "8,") == 0) {
+      shown = "object(" + between("GetObjectBase() SetObjectData(8,",
+                                  ") SetObjectData(8192,2,0) CommitObjectData() EmitObject({");
+      between("", "})");
+      shown += ")";
+    } else {
+      shown =
+          "attachment(" + between("GetObjectBase() SetObjectData(256,", ") CommitObjectData() ");
+      const std::string id = between("BeginDefinition(0x8003000C,", ",{0,0,0})");
+      shown += "," + id + ")" + between("", " EndDefinition(0x8003000C," + id + ")");
+    }
+    if (shown.find('?') != shown.npos) return shown + " in " + text;
+    rest.insert(at, shown);
+  }
+  return rest;
 }
 
 const std::string kPhoto = "[body] [label] #79402 br [plain] ";

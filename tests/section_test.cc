@@ -1,5 +1,3 @@
-#include <regex>
-
 #include "tests/support/runs.h"
 
 namespace px::test {
@@ -7,9 +5,13 @@ namespace {
 
 // The listing of a section, with its properties as "name:value".
 std::string outline(const Section &section) {
-  static const std::regex property(
-      R"-(\[body\] \[label\] d(?:"([^"]*)")? \[plain\] br tab tab "([^"]*)" br para)-");
-  return std::regex_replace(section.listing, property, "$1:$2");
+  std::string text = section.listing;
+  replaceAll(&text, "[body] [label] d [plain] br tab tab ", ":");
+  replaceAll(&text, "[body] [label] d\"", "");
+  replaceAll(&text, "\" [plain] br tab tab ", ":");
+  replaceAll(&text, "\" br para", "");
+  replaceAll(&text, ":\"", ":");
+  return text;
 }
 
 // The outlines of all sections.
@@ -65,6 +67,22 @@ TEST(Boundaries, AnAgentsCardIsSkipped) {
       {"P:1\nAGENT:\nBEGIN", "P:1 end"},
       {"P:1\nAGENT:", "P:1 end"},
   });
+}
+
+// What was looked at behind AGENT and is no card is read again from its first byte, whatever that is.
+TEST(Boundaries, TheLineBehindAnAgentIsWhole) {
+  for (int c = 0; c < 0xFF; ++c) {
+    if (c == ' ' || c == '\t') continue;  // a fold
+    for (const std::string rest : {"X:v\n", ";A=b:v\n", ".X;A:v\n", "=X;A:v\n"}) {
+      const std::string line = char(c) + rest + "END:VCARD\n";
+      const Trace alone = runOnce("BEGIN:VCARD\n" + line, VcardFormatVcard).trace;
+      for (const uint32_t size : {UINT32_MAX, 1U}) {
+        const std::string card = "BEGIN:VCARD\nAGENT:\n" + line;
+        expectSameCalls(alone, runOnce(card, VcardFormatVcard, {.largestRead = size}).trace,
+                        testing::PrintToString(line) + " in reads of " + std::to_string(size));
+      }
+    }
+  }
 }
 
 TEST(Boundaries, BlocksOfACalendar) {

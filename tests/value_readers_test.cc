@@ -112,6 +112,23 @@ TEST(SkippedValue, WhereItEnds) {
   }
 }
 
+// However CR, LF, blanks and letters follow each other in a value that nobody reads, it ends in the
+// same place for a search of a large buffer and for single bytes.
+TEST(SkippedValue, EveryMix) {
+  constexpr std::string_view bytes = "\r\n xF";
+  for (const std::string head : {"X:", "X;QUOTED-PRINTABLE:=", "X;BASE64:\n A"}) {
+    for (size_t number = 0; number < 5 * 5 * 5 * 5; ++number) {
+      std::string mix;
+      for (size_t rest = number; mix.size() < 4; rest /= 5) mix += bytes[rest % 5];
+      const std::string file = "BEGIN:VCARD\n" + head + mix + "FN:a\nEND:VCARD\n";
+      const Trace large = runOnce(file, VcardFormatVcard).trace;
+      const Trace single = runOnce(file, VcardFormatVcard, {.largestRead = 1}).trace;
+      expectSameCalls(large, single, "single bytes of " + testing::PrintToString(file));
+      if (HasFailure()) return;
+    }
+  }
+}
+
 // The text of a note up to the end of the input.
 std::string note(const std::string &parameters, const std::string &value) {
   const auto all = sections("BEGIN:VCARD\r\nNOTE" + parameters + ":" + value);
@@ -135,6 +152,19 @@ TEST(Decoders, QuotedPrintable) {
       {"a=\r\r\xFF\nTEL:5\nEND:VCARD\n", ""},
   };
   for (const auto &[value, out] : cases) EXPECT_EQ(note(";QUOTED-PRINTABLE", value), out) << value;
+}
+
+// What stands first in a value is the same character in UTF-8 as without a set, if it is ASCII.
+TEST(Decoders, AsciiFirst) {
+  for (int c = 0; c < 0x80; ++c) {
+    if (c == '\r' || c == '\n') continue;
+    const std::string value = std::string(1, char(c)) + "z\r\n";
+    std::string plain = listing("NOTE:" + value), utf8 = listing("NOTE;CHARSET=utf-8:" + value);
+    replaceAll(&utf8, "u\"", "d\"");
+    replaceAll(&utf8, "\" d", "\"");
+    replaceAll(&plain, "\" d", "\"");
+    EXPECT_EQ(utf8, plain) << c;
+  }
 }
 
 TEST(Decoders, Utf8) {

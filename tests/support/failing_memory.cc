@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <atomic>
+#include <cstring>
 #include <new>
 
 #include "px/core.h"
@@ -27,7 +28,10 @@ uintptr_t SYSNativeAlloc(uint64_t size) {
   static const auto real = realRoutine<decltype(SYSNativeAlloc)>("SYSNativeAlloc");
   if (failsNow()) return 0;
   ++handles;
-  return real(size);
+  const uintptr_t handle = real(size);
+  // Fresh memory is zeroed by luck only.
+  if (handle != 0) std::memset(SYSNativeLock(handle), 0xA5, size);
+  return handle;
 }
 
 void SYSNativeFree(uintptr_t handle) {

@@ -36,6 +36,18 @@ void expectSameCalls(const Trace &expected, const Trace &other, const std::strin
   if (expected != other) ADD_FAILURE() << how << ":\n" << difference(expected, other);
 }
 
+void expectSameText(std::string_view expected, std::string_view other, const std::string &how) {
+  if (expected == other) return;
+  const auto [left, right] =
+      std::mismatch(expected.begin(), expected.end(), other.begin(), other.end());
+  const auto at = static_cast<size_t>(left - expected.begin());
+  const size_t from = at - std::min<size_t>(at, 40);
+  ADD_FAILURE() << how << ", at byte " << at << " of " << expected.size() << " and "
+                << other.size() << ":\n"
+                << expected.substr(from, 80) << "\n  but\n"
+                << other.substr(std::min(from, other.size()), 80);
+}
+
 Result runOnce(std::string_view bytes, int16_t format, const MemoryIoOptions &options,
                std::function<bool(int)> stopAt) {
   MemoryIo io(bytes, options);

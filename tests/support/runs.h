@@ -47,6 +47,9 @@ struct Result {
 // Fails the running test when two traces differ, and shows where they part.
 void expectSameCalls(const Trace &expected, const Trace &other, const std::string &how);
 
+// Fails the running test when two texts differ, and shows where they part.
+void expectSameText(std::string_view expected, std::string_view other, const std::string &how);
+
 // One run over all sections, with `VwStreamTell` before each of them.
 Result runOnce(std::string_view bytes, int16_t format, const MemoryIoOptions &io = {},
                std::function<bool(int)> stopAt = {});
