@@ -123,7 +123,8 @@ void FileWork::open(FileIo *io) {
 void FileWork::read(FileIo *io) {
   const auto tellOthers = [&] {
     if (faults_ <= most_) return;
-    report(filled(tr("%1 more of that kind; --check tells all"), {std::to_string(faults_ - most_)}));
+    report(
+        filled(tr("%1 more of that kind; --check tells all"), {std::to_string(faults_ - most_)}));
   };
   try {
     readAll(io);
@@ -165,9 +166,8 @@ void FileWork::readAll(FileIo *io) {
 void FileWork::end(const std::string &fault) {
   const std::string shown = printable(fault);
   if (options_.task == Task::Json || options_.task == Task::JsonLines) {
-    writeJson([&] {
-      return PxWriteJsonError(name_.c_str(), shown.c_str(), CardReader::sink, &reader_);
-    });
+    writeJson(
+        [&] { return PxWriteJsonError(name_.c_str(), shown.c_str(), CardReader::sink, &reader_); });
   }
   if (options_.task == Task::Html) {
     reader_.check(PxTellOnPage(reader_.get(), name_.c_str(), shown.c_str()));

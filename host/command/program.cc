@@ -48,8 +48,8 @@ std::string pageTitle(const Options &options, const InputList &inputs) {
 }
 
 ExitCode runInto(const Options &options, int file) {
-  // With less the filter reads a file in many small pieces. Where it reads a stranger's bytes as they
-  // stand it has less all the same: what it reads again inside of its buffer no limit sees.
+  // With less the filter reads a file in many small pieces. Where it reads a stranger's bytes as
+  // they stand it has less all the same: what it reads again inside of its buffer no limit sees.
   constexpr uint32_t kilobytes = 64;
   if (!options.raw && options.task != Task::Trace) setInputBuffer(filterLibrary(), kilobytes);
   FileWriter writer(file);

@@ -1,8 +1,9 @@
 // The language that the program speaks.
 //
 // Texts stand in the code in English, which is what a person gets where there is no translation.
-// po/ holds the translations. A program chooses its language once, before any thread is started; from
-// then on every thread may ask. The library speaks the language of whoever calls it, meanwhile.
+// po/ holds the translations. A program chooses its language once, before any thread is started;
+// from then on every thread may ask. The library speaks the language of whoever calls it,
+// meanwhile.
 
 #ifndef PX_HOST_LANGUAGES_TRANSLATION_H
 #define PX_HOST_LANGUAGES_TRANSLATION_H

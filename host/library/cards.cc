@@ -205,11 +205,9 @@ int32_t PxWriteTrace(PxReader *reader, PxSink sink, void *user) {
                [=](Reader &inner) { return inner.writeTrace(sink, user); });
 }
 
-int32_t PxBeginPage(PxReader *reader, const char *title, int32_t several, PxSink sink,
-                    void *user) {
-  return enter(reader, title && sink, [=](Reader &inner) {
-    return inner.beginPage(title, several != 0, sink, user);
-  });
+int32_t PxBeginPage(PxReader *reader, const char *title, int32_t several, PxSink sink, void *user) {
+  return enter(reader, title && sink,
+               [=](Reader &inner) { return inner.beginPage(title, several != 0, sink, user); });
 }
 
 int32_t PxWriteHtml(PxReader *reader) {

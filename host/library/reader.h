@@ -10,11 +10,11 @@
 #include <string>
 #include <string_view>
 
+#include "host/languages/translation.h"
 #include "host/library/c_events.h"
 #include "host/library/input.h"
 #include "host/library/section_objects.h"
 #include "host/library/use.h"
-#include "host/languages/translation.h"
 #include "host/reading/section_reader.h"
 #include "host/writers/html_writer.h"
 #include "host/writers/json_writer.h"
