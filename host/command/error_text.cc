@@ -87,12 +87,11 @@ std::string errorText(const std::exception &error) {
                   {values->front()});
   }
   // "PLACE: MESSAGE", or the message alone.
-  std::string message(whole.substr(std::min(whole.rfind(": ") + 2, whole.size())));
-  if (const auto *system = dynamic_cast<const std::system_error *>(&error)) {
-    message = system->code().message();
-  } else if (!dynamic_cast<const CardError *>(&error) || whole.find(": ") == whole.npos) {
-    return std::string(tr(whole));
-  }
+  const auto *system = dynamic_cast<const std::system_error *>(&error);
+  const size_t colon = dynamic_cast<const CardError *>(&error) ? whole.rfind(": ") : whole.npos;
+  if (!system && colon == whole.npos) return std::string(tr(whole));
+  const std::string message =
+      system ? system->code().message() : std::string(whole.substr(colon + 2));
   const size_t place = whole.size() - std::min(whole.size(), message.size() + 2);
   const std::string where(tr(whole.substr(0, place)));
   return (where.empty() ? "" : where + ": ") + std::string(tr(message));
