@@ -256,16 +256,18 @@ void ViewBuilder::closeDocument() {
   format_ = 0;
 }
 
-// Looks through the whole file once, when the first text is met that names no set and isn't UTF-8.
+// Goes through the file, when the first text is met that names no set and isn't UTF-8, until it has
+// seen enough of such texts: whoever writes cards stays with one set.
 const std::string &ViewBuilder::guessedCharset() {
   if (!guess_.empty()) return guess_;
-  constexpr size_t sample = 64 * 1024;
+  constexpr size_t enough = 64 * 1024;  // bytes
   CharsetGuess guess;
   ByteSource source(unicode_.io(), kNoEnd);
   ContentLines lines(&source);
   ContentLine line;
   std::string text;
-  while (lines.next(&line)) {
+  size_t seen = 0;
+  while (seen < enough && lines.next(&line)) {
     if (!line.colon) continue;
     const Transfer transfer = transferOf(line.parameters);
     const std::vector<Parameter> parameters = parametersOf(line.parameters, VersionRules());
@@ -273,11 +275,14 @@ const std::string &ViewBuilder::guessedCharset() {
     if (transfer != Transfer::Base64 && !valueOf(parameters, "CHARSET")) {
       text.clear();
       for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
-        text.append(piece, 0, sample - text.size());
-        if (text.size() == sample) break;
+        text.append(piece, 0, enough - seen - text.size());
+        if (seen + text.size() == enough) break;
       }
       size_t open;
-      if (!isUtf8(text, &open)) guess.put(text);
+      if (!isUtf8(text, &open)) {
+        guess.put(text);
+        seen += text.size();
+      }
     }
     value.skip();
   }
