@@ -113,6 +113,7 @@ bool ContentLines::gather(ContentLine *line, Quotes quotes) {
 }
 
 void ContentLines::split(std::string_view head, ContentLine *line) {
+  line->head = head;
   const size_t end = std::min(head.find(';'), head.size());
   std::string_view name = head.substr(0, end);
   if (std::any_of(name.begin(), name.end(), isBlank)) {

@@ -36,6 +36,7 @@ struct ContentLine {
   Place value;  // of the value's first byte
   Place end;    // of a line without a colon: of its line end
   bool colon = false;
+  std::string_view head;   // all that stands before the colon
   std::string_view group;  // "item1"; without its period
   std::string_view name;
   std::vector<HeadParameter> parameters;
