@@ -42,7 +42,7 @@ struct LineHead {
 
 class LineHeads {
  public:
-  static constexpr size_t Slots = 64;
+  static constexpr size_t Slots = 256;
 
   // The head that was kept under `text`, as it is read by `rules`; null when there is none. It
   // stays until the next put().

@@ -135,21 +135,23 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
       static_cast<uint32_t>(format_ << 2 | rules_.escapes << 1 | rules_.caretEscapes);
   LineHeads *heads = notes_->heads();
   if (const LineHead *kept = heads->find(line.head, rules)) return kept;
+  std::vector<HeadParameter> given;
+  const bool isWhole = splitParameters(line.parameters, ContentLines::MostParameters, &given);
   size_t open;
-  const bool good = isUtf8(line.head, &open) && open == 0 && !line.parametersCut;
+  const bool good = isUtf8(line.head, &open) && open == 0 && isWhole;
   LineHead *head = heads->put(good ? line.head : std::string_view(), rules);
   head->known = knownProperty(line.name, format_);
   head->label = head->known ? head->known->label : 0;
   head->name = headText(line.name);
   head->group = headText(line.group);
-  head->transfer = transferOf(line.parameters);
-  head->parameters = parametersOf(line.parameters, rules_);
+  head->transfer = transferOf(given);
+  head->parameters = parametersOf(given, rules_);
   for (Parameter &parameter : head->parameters) {
     parameter.name = headText(parameter.name);
     for (std::string &value : parameter.values) value = headText(value);
   }
   head->types = typesOf(head->parameters);
-  if (line.parametersCut) {
+  if (!isWhole) {
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
   }
@@ -178,7 +180,7 @@ bool PropertyView::takeAgentsCard(const ContentLine &line, SpoolFile *text) {
   if (!equalsNoCase(line.name, "AGENT") || !rules_.escapes) return false;
   constexpr std::string_view begin = "BEGIN:VCARD\\N";
   if (!equalsNoCase(source_->lookAhead(begin.size()), begin)) return false;
-  ValueBytes value(source_, transferOf(line.parameters), rules_.fold);
+  ValueBytes value(source_, transferOf(line), rules_.fold);
   ValueText unescape(true, 0);
   for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
     text_.clear();

@@ -68,7 +68,7 @@ void ViewBuilder::build() {
         continue;
       }
     } else if (line.colon) {
-      ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+      ValueBytes(&source, transferOf(line), FoldRule::DropsBlank).skip();
     }
     if (outsideLine_ == 0) outsideLine_ = line.start.line;
   }
@@ -119,7 +119,7 @@ void ViewBuilder::buildCalendar(const Place &begin) {
     if (equalsNoCase(line.name, "BEGIN")) {
       if (!takeComponentName(&source).empty()) buildComponent(start, behind.position, number);
     } else {
-      ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+      ValueBytes(&source, transferOf(line), FoldRule::DropsBlank).skip();
     }
   }
   source.moveTo(behind);
@@ -220,7 +220,7 @@ std::string ViewBuilder::versionOf(Input *input, const std::string &name) {
       continue;
     }
     found = equalsNoCase(line.name, "VERSION");
-    ValueBytes value(&input->source, transferOf(line.parameters), FoldRule::DropsBlank);
+    ValueBytes value(&input->source, transferOf(line), FoldRule::DropsBlank);
     for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
       if (found) version.append(piece, 0, longest - version.size());
     }
@@ -265,12 +265,15 @@ const std::string &ViewBuilder::guessedCharset() {
   ByteSource source(unicode_.io(), kNoEnd);
   ContentLines lines(&source);
   ContentLine line;
+  std::vector<HeadParameter> given;
   std::string text;
   size_t seen = 0;
   while (seen < enough && lines.next(&line)) {
     if (!line.colon) continue;
-    const Transfer transfer = transferOf(line.parameters);
-    const std::vector<Parameter> parameters = parametersOf(line.parameters, VersionRules());
+    given.clear();
+    splitParameters(line.parameters, ContentLines::MostParameters, &given);
+    const Transfer transfer = transferOf(given);
+    const std::vector<Parameter> parameters = parametersOf(given, VersionRules());
     ValueBytes value(&source, transfer, FoldRule::DropsBlank);
     if (transfer != Transfer::Base64 && !valueOf(parameters, "CHARSET")) {
       text.clear();
