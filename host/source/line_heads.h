@@ -22,6 +22,7 @@ namespace px {
 struct Parameter {
   std::string name;                 // in capitals; "TYPE" for a type without a name
   std::vector<std::string> values;  // quotes and escapes undone
+  bool operator==(const Parameter &) const = default;
 };
 
 // Adds to `types` the type names among the parameters, in small letters: the known ones first, in
