@@ -10,9 +10,9 @@
 namespace px {
 namespace {
 
-// The first slot is for heads that won't be found again.
-size_t slotOf(std::string_view text) {
-  return 1 + std::hash<std::string_view>()(text) % (LineHeads::Slots - 1);
+// Each text has a pair of slots. The first two are for heads that won't be found again.
+size_t pairOf(std::string_view text) {
+  return 2 + std::hash<std::string_view>()(text) % (LineHeads::Slots / 2 - 1) * 2;
 }
 
 }  // namespace
@@ -43,13 +43,18 @@ std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
 }
 
 const LineHead *LineHeads::find(std::string_view text, uint32_t rules) const {
-  const Slot &slot = slots_[slotOf(text)];
-  return slot.text == text && slot.rules == rules && !text.empty() ? &slot.head : nullptr;
+  if (text.empty()) return nullptr;
+  const size_t first = pairOf(text);
+  for (const Slot *slot : {&slots_[first], &slots_[first + 1]}) {
+    if (slot->text == text && slot->rules == rules) return &slot->head;
+  }
+  return nullptr;
 }
 
 LineHead *LineHeads::put(std::string_view text, uint32_t rules) {
   if (text.size() > LongestText) text = {};
-  const size_t number = text.empty() ? 0 : slotOf(text);
+  size_t number = text.empty() ? 0 : pairOf(text);
+  if (!slots_[number].text.empty()) ++number;  // whoever comes first stays
   slots_[number] = {std::string(text), rules, true, LineHead()};
   slots_[number].head.slot = static_cast<uint8_t>(number);
   return &slots_[number].head;

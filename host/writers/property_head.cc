@@ -1,6 +1,7 @@
 #include "host/writers/property_head.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -116,13 +117,16 @@ bool PropertyHeads::Kept::isFor(const Property &property) const {
 }
 
 const PropertyHead &PropertyHeads::of(const Property &property) {
-  size_t number = property.label + property.name.size();
+  size_t number = std::hash<std::string_view>()(property.name) + property.label;
   for (const std::string &type : property.types) {
     number = number * 31 + type.size() + static_cast<unsigned char>(type[0]);
   }
-  Kept &kept = kept_[number % kept_.size()];
-  if (kept.isFor(property)) return kept.head;
+  Kept *pair = &kept_[number % (kept_.size() / 2) * 2];
+  for (const Kept *kept : {pair, pair + 1}) {
+    if (kept->isFor(property)) return kept->head;
+  }
   if (textSize(property) > kMostKept) return long_ = headOf(property);
+  Kept &kept = pair->isFor({}) ? pair[0] : pair[1];  // whoever comes first stays
   kept = {property.label, property.name,       property.groupLabel,
           property.types, property.parameters, headOf(property)};
   return kept.head;

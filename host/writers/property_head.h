@@ -59,7 +59,7 @@ class PropertyHeads {
     std::vector<Parameter> parameters;
     PropertyHead head;
   };
-  std::array<Kept, 64> kept_;
+  std::array<Kept, 256> kept_;
   PropertyHead long_;  // of a property that tells too much to be kept
 };
 
