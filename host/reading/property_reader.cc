@@ -61,7 +61,8 @@ void PropertyReader::beginRun(int16_t format, VcardStream *stream, bool inPlace)
 void PropertyReader::begin() {
   end();
   place_ = Place::Label;
-  property_.clear();
+  property_.label = 0;
+  property_.name.clear();
   list_.clear();
   types_.clear();
   inSubLabel_ = false;
@@ -132,10 +133,14 @@ void PropertyReader::beginValue() {
   muted_ = line_ && line_->dropped;
   if (!line_ || inPlace_) takeList();
   types_.clear();
+  property_.groupLabel.clear();
   if (line_) {
     join();
-  } else if (known_) {
-    property_.name = known_->name;
+  } else {
+    if (known_) property_.name = known_->name;
+    property_.group.clear();
+    property_.labelsGroup = false;
+    property_.extent.reset();
   }
   fields_ = 0;
   fieldOpen_ = skipsField_ = blankHeld_ = false;
@@ -147,6 +152,7 @@ void PropertyReader::beginValue() {
 // The text behind the label: the rest of a list of types, or all parameters of a property that the
 // filter doesn't know.
 void PropertyReader::takeList() {
+  property_.types = types_;
   if (property_.label == 0 && list_.starts_with(ParametersBegin) && list_.ends_with(ListEnd) &&
       list_.size() >= ParametersBegin.size() + ListEnd.size()) {
     const std::string_view text = std::string_view(list_).substr(
@@ -155,9 +161,12 @@ void PropertyReader::takeList() {
     splitParameters(text, ContentLines::MostParameters, &split);
     property_.parameters = parametersOf(split, VersionRules());
     property_.types = typesOf(property_.parameters);
-  } else if (!types_.empty()) {
-    property_.parameters.push_back({"TYPE", types_});
-    property_.types = types_;
+  } else {
+    property_.parameters.resize(types_.empty() ? 0 : 1);
+    for (Parameter &parameter : property_.parameters) {
+      parameter.name = "TYPE";
+      parameter.values = types_;
+    }
   }
 }
 
