@@ -13,6 +13,7 @@ cp /etc/apt/apt.conf.d/* "$bare/etc/apt/apt.conf.d/" 2>/dev/null || :
 mkdir "$bare/px"
 cp -r "$1"/*.deb "$2/examples" "$2/samples" "$bare/px"
 
+# shellcheck disable=SC2016  # the inner shell expands it
 chroot "$bare" sh -eu -c '
   export DEBIAN_FRONTEND=noninteractive
   install="apt-get install -y -qq --no-install-recommends"
