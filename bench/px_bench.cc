@@ -76,6 +76,12 @@ Measured run(const Command &command, const std::string &output) {
           static_cast<double>(used.ru_maxrss) / 1024};
 }
 
+void write(const Corpus &corpus, const std::string &file) {
+  std::ofstream stream(file, std::ios::binary);
+  corpus.write(stream);
+  if (!stream.flush()) throw std::runtime_error("can't write " + file);
+}
+
 // One program on one corpus.
 struct Row {
   std::string program;
@@ -103,11 +109,7 @@ class Bench {
   // The files are removed behind their rows, so that the largest is all the room that is taken.
   void run(const Corpus &corpus) {
     const std::string file = folder_ / (corpus.isCalendar ? "cards.vcs" : "cards.vcf");
-    {
-      std::ofstream stream(file, std::ios::binary);
-      corpus.write(stream);
-      if (!stream.flush()) throw std::runtime_error("can't write " + file);
-    }
+    write(corpus, file);
     std::vector<Row> rows = rowsOf(corpus, file);
     const int rounds = corpus.purpose == Purpose::Kind ? rounds_ : std::min(rounds_, 3);
     for (int round = 0; round < rounds; ++round) {
@@ -177,6 +179,16 @@ class Bench {
   std::vector<Result> results_;
 };
 
+// For bench/px_read.py.
+void writeCorpora(const fs::path &folder) {
+  for (const Corpus &corpus : corpora()) {
+    if (corpus.purpose != Purpose::Kind) continue;
+    std::string name = corpus.name;
+    std::replace(name.begin(), name.end(), ' ', '-');
+    write(corpus, folder / (name + (corpus.isCalendar ? ".vcs" : ".vcf")));
+  }
+}
+
 int main(int argc, char **argv) {
   int rounds = 7;
   bool growth = true;
@@ -184,8 +196,16 @@ int main(int argc, char **argv) {
   app.add_option("--rounds", rounds, "runs of each program on each corpus")
       ->check(CLI::Range(1, 1000))
       ->capture_default_str();
+  std::string corporaFolder;
+  app.add_option("--write", corporaFolder,
+                 "write the corpora of 20 MB to this folder, and measure nothing")
+      ->check(CLI::ExistingDirectory);
   app.add_flag("!--no-growth", growth, "leave out the corpora of other sizes");
   CLI11_PARSE(app, argc, argv);
+  if (!corporaFolder.empty()) {
+    writeCorpora(corporaFolder);
+    return 0;
+  }
 
   const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
   const TemporaryFolder folder;

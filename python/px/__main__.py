@@ -15,6 +15,8 @@ def main() -> int:
                                      "and make the exit code 1.")
     parser.add_argument("files", nargs="+", metavar="FILE", help="'-' is standard input")
     parser.add_argument("--raw", action="store_true", help="read the bytes as they stand")
+    parser.add_argument("--no-limit", dest="limit", action="store_false",
+                        help="read on where a file costs more work than its size")
     options = parser.parse_args()
     out, code = sys.stdout.buffer, 0
 
@@ -27,6 +29,7 @@ def main() -> int:
         name = "standard input" if file == "-" else file
         try:
             for section in px.read(sys.stdin.buffer if file == "-" else file, raw=options.raw,
+                                   limit=options.limit,
                                    fault=lambda one: complain(f"{name}: line {one.line}: {one.text}")):
                 out.write(section.to_json().encode() + b"\n")
         except px.Error as error:

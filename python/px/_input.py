@@ -7,12 +7,15 @@ import io
 import os
 import shutil
 import tempfile
+import threading
 from collections.abc import Callable
 from dataclasses import dataclass
 from typing import IO, Any, BinaryIO, Union
 
 from px._library import (Error, Events, FaultRoutine, GetInfoSlot, Io, ReadSlot, Result, Seek64Slot,
                          SeekSlot, Tell64Slot, Text, library)
+
+_GOOD = int(Result.GOOD)  # looking up a member takes as long as a call
 
 Source = Union[str, "os.PathLike[str]", "os.PathLike[bytes]", bytes, bytearray, memoryview, BinaryIO]
 
@@ -92,26 +95,37 @@ class _FileIo:
                         Seek64Slot(seek), Tell64Slot(tell))
 
 
+@dataclass(frozen=True)
+class Settings:
+    """How an input is read."""
+
+    raw: bool
+    limit: bool
+
+
 class Input:
     """An open input. Its routines raise Error; `sections` counts those that were read."""
 
-    def __init__(self, source: str | bytes | FileSource, raw: bool, want_faults: bool) -> None:
+    def __init__(self, source: str | bytes | FileSource, settings: Settings,
+                 want_faults: bool) -> None:
         self._handle = ctypes.c_void_p()  # none yet, for __del__
+        # Without it another thread could end the reader, or a text, that a call has just got.
+        self._lock = threading.RLock()
         self._library = library()
         self._source = source  # bytes have to stay
         self._file: _FileIo | None = None
         self._text = Text()
         self.sections = 0
         self.faults: list[tuple[int, bytes]] = []  # those that came since somebody took them
-        self._open(raw, want_faults)
+        self._open(settings, want_faults)
 
-    def _open(self, raw: bool, want_faults: bool) -> None:
+    def _open(self, settings: Settings, want_faults: bool) -> None:
         call, source, name = self._library, self._source, name_of(self._source)
         self._handle = handle = ctypes.c_void_p(call.PxNewReader())
         if not handle:
             raise Error(Result.MEMORY, "out of memory")
-        if raw:
-            self._check(call.PxSetRaw(handle, 1))
+        self._check(call.PxSetRaw(handle, settings.raw))
+        self._check(call.PxSetLimit(handle, settings.limit))
         if want_faults:
             put: Callable[[tuple[int, bytes]], None] = self.faults.append
             self._fault = FaultRoutine(lambda _, line, text: put((line, text)))
@@ -129,7 +143,7 @@ class Input:
     def _check(self, result: int) -> bool:
         """Answers False at the end."""
         if result >= 0:
-            return result == Result.GOOD
+            return result == _GOOD
         if not self._handle:
             raise Error(Result.ORDER, "the input was closed", name_of(self._source))
         if self._file and self._file.failure:
@@ -142,34 +156,42 @@ class Input:
         return bool(self._handle)
 
     def read_json(self) -> str | None:
-        """Reads the next section; None at the end."""
-        if not self._check(self._library.PxReadJson(self._handle, self._text)):
-            return None
-        self.sections += 1
-        return ctypes.string_at(self._text.bytes, self._text.size).decode()
+        """Reads the next section; None at the end, and when the input was closed."""
+        with self._lock:
+            if not self._handle or not self._check(
+                    self._library.PxReadJson(self._handle, self._text)):
+                return None
+            self.sections += 1
+            text: bytes = self._text.bytes
+        return text.decode()
 
     def pass_section(self) -> bool:
         events = Events(ctypes.sizeof(Events))
-        self.sections += 1
-        return self._check(self._library.PxReadEvents(self._handle, events, None))
+        with self._lock:
+            self.sections += 1
+            return self._check(self._library.PxReadEvents(self._handle, events, None))
 
     def open_object(self, number: int) -> int:
         handle = ctypes.c_uint64()
-        self._check(self._library.PxOpenObject(self._handle, number, handle))
+        with self._lock:
+            self._check(self._library.PxOpenObject(self._handle, number, handle))
         return handle.value
 
     def read_object(self, handle: int, to: memoryview) -> int:
         count = ctypes.c_uint64()
         start = (ctypes.c_char * len(to)).from_buffer(to)
-        self._check(self._library.PxReadObject(self._handle, handle, start, len(to), count))
+        with self._lock:
+            self._check(self._library.PxReadObject(self._handle, handle, start, len(to), count))
         return count.value
 
     def close_object(self, handle: int) -> None:
-        self._library.PxCloseObject(self._handle, handle)  # it may have ended with its section
+        with self._lock:
+            self._library.PxCloseObject(self._handle, handle)  # it may have ended with its section
 
     def close(self) -> None:
         if self._handle:
-            self._library.PxFreeReader(self._handle)
+            with self._lock:
+                self._library.PxFreeReader(self._handle)
 
     def __del__(self) -> None:
         self.close()

@@ -46,7 +46,8 @@ class Error(Exception):
 
 
 class Text(ctypes.Structure):
-    _fields_ = [("bytes", c_void_p), ("size", c_uint64)]
+    """A JSON text: a NUL in it is escaped, so that `bytes` ends with the text."""
+    _fields_ = [("bytes", c_char_p), ("size", c_uint64)]
 
 
 class Events(ctypes.Structure):
@@ -76,6 +77,7 @@ _ROUTINES = {
     "PxVersion": (c_char_p,),
     "PxSetFault": (c_int32, c_void_p, FaultRoutine, c_void_p),
     "PxSetRaw": (c_int32, c_void_p, c_int32),
+    "PxSetLimit": (c_int32, c_void_p, c_int32),
     "PxSetName": (c_int32, c_void_p, c_char_p),
     "PxOpenFile": (c_int32, c_void_p, c_char_p),
     "PxOpenMemory": (c_int32, c_void_p, c_char_p, c_uint64),

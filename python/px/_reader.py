@@ -6,7 +6,7 @@ import warnings
 from collections.abc import Callable, Iterator
 from dataclasses import dataclass
 
-from px._input import Input, Source, name_of, prepare
+from px._input import Input, Settings, Source, name_of, prepare
 from px._records import Origin, Section
 
 
@@ -37,18 +37,17 @@ def warn(fault: Fault) -> None:
 
 class Reader(Iterator[Section]):
     """Gives the sections of an input, each read when it is asked for. One thread uses it at a
-    time."""
+    time; another one waits."""
 
-    def __init__(self, source: Source, fault: Callable[[Fault], object], raw: bool) -> None:
+    def __init__(self, source: Source, fault: Callable[[Fault], object],
+                 settings: Settings) -> None:
         prepared = prepare(source)
         self.file = name_of(prepared)
         self._fault = fault
-        self._input = Input(prepared, raw, want_faults=True)
-        self._origin = Origin(prepared, raw, self._input)
+        self._input = Input(prepared, settings, want_faults=True)
+        self._origin = Origin(prepared, settings, self._input)
 
     def __next__(self) -> Section:
-        if not self._input.is_open:
-            raise StopIteration
         try:
             text = self._input.read_json()
         except BaseException:
@@ -79,7 +78,8 @@ class Reader(Iterator[Section]):
         self.close()
 
 
-def read(source: Source, *, fault: Callable[[Fault], object] = warn, raw: bool = False) -> Reader:
+def read(source: Source, *, fault: Callable[[Fault], object] = warn, raw: bool = False,
+         limit: bool = True) -> Reader:
     """Opens `source` and gives its sections.
 
     A str or an os.PathLike is the path of a file, bytes are the content itself. Anything else is a
@@ -88,9 +88,11 @@ def read(source: Source, *, fault: Callable[[Fault], object] = warn, raw: bool =
 
     `fault` is called for what can't be read, before the section in which it stands is given; it may
     be the `append` of a list. By default it is told as a `FaultWarning`. With `raw` the bytes are
-    read as they stand, in the oldest dialect alone.
+    read as they stand, in the oldest dialect alone. Some small inputs are made to cost hours of work:
+    the reading ends with an `Error` where it costs more than the size allows, unless `limit` is
+    False.
 
     Raises `Error` when the source can't be opened. The reader raises it when the source can't be
     read, or holds no card.
     """
-    return Reader(source, fault, raw)
+    return Reader(source, fault, Settings(raw, limit))

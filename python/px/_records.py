@@ -8,8 +8,10 @@ from collections.abc import Callable
 from dataclasses import dataclass
 from typing import TYPE_CHECKING, Any, BinaryIO, cast
 
-from px._input import FileSource, Input, ObjectFile
+from px._input import FileSource, Input, ObjectFile, Settings
 from px._library import Error, Result
+
+_parse = json.JSONDecoder().raw_decode  # without a look for spaces around the text
 
 
 @dataclass(slots=True)
@@ -136,7 +138,8 @@ class Section:
 
     def to_dict(self) -> dict[str, Any]:
         """The same, as json.loads gives it: a new one each time."""
-        return cast("dict[str, Any]", json.loads(self._text))
+        data: dict[str, Any] = _parse(self._text)[0]
+        return data
 
     def __reduce__(self) -> tuple[Any, ...]:
         return Section, (self._text, self._number, self._origin)
@@ -184,10 +187,10 @@ def _open(source: Input, number: int, then: Callable[[Input], object]) -> Binary
 class Origin:
     """The input of sections: opens their objects, also when a later section was read since."""
 
-    def __init__(self, source: str | bytes | FileSource | None, raw: bool,
+    def __init__(self, source: str | bytes | FileSource | None, settings: Settings,
                  reading: Input | None = None) -> None:
         """`reading` is what a reader reads; without a source no object can be read."""
-        self._source, self._raw, self._reading = source, raw, reading
+        self._source, self._settings, self._reading = source, settings, reading
         self._again: Input | None = None  # reads behind `reading`, for one object file at a time
 
     def open_object(self, section: Section, number: int) -> BinaryIO:
@@ -207,10 +210,10 @@ class Origin:
     def _open_again(self) -> Input:
         if self._source is None:
             raise Error(Result.OBJECT, "the section's input is not at hand")
-        return Input(self._source, self._raw, want_faults=False)
+        return Input(self._source, self._settings, want_faults=False)
 
     def _keep(self, again: Input) -> None:
         self._again = again
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return Origin, (self._source if isinstance(self._source, str) else None, self._raw)
+        return Origin, (self._source if isinstance(self._source, str) else None, self._settings)

@@ -37,7 +37,7 @@ COLUMNS = {
 
 
 def read(paths: Path | Iterable[Path], *, block_size: int = 1 << 22, skip_unreadable: bool = False,
-         raw: bool = False) -> Bag:
+         raw: bool = False, limit: bool = True) -> Bag:
     """Gives a bag of the sections of all files, in the order of the files.
 
     A path is a file, or a folder: of that all files are read, at any depth, that have one of
@@ -45,15 +45,15 @@ def read(paths: Path | Iterable[Path], *, block_size: int = 1 << 22, skip_unread
     together; a file is never divided.
 
     A file that can't be read raises `px.Error`. With `skip_unreadable` there is a
-    `px.FaultWarning` instead, on the worker, and the sections before the error stand. `raw` is that
-    of `px.read`.
+    `px.FaultWarning` instead, on the worker, and the sections before the error stand. `raw` and
+    `limit` are those of `px.read`.
     """
     if isinstance(paths, (str, os.PathLike)):
         paths = [paths]
     files = [file for path in paths for file in _files(os.fspath(path))]
     blocks = list(_blocks(files, block_size)) or [[]]
     return from_sequence(blocks, partition_size=1).map(
-        _sections, skip_unreadable=skip_unreadable, raw=raw).flatten()
+        _sections, skip_unreadable=skip_unreadable, raw=raw, limit=limit).flatten()
 
 
 def frame(paths: Path | Iterable[Path], **options: Any) -> DataFrame:
@@ -90,10 +90,11 @@ def _blocks(files: list[str], block_size: int) -> Iterator[list[str]]:
         yield block
 
 
-def _sections(block: list[str], skip_unreadable: bool, raw: bool) -> Iterator[Section]:
+def _sections(block: list[str], skip_unreadable: bool, raw: bool,
+              limit: bool) -> Iterator[Section]:
     for file in block:
         try:
-            yield from read_file(file, raw=raw)
+            yield from read_file(file, raw=raw, limit=limit)
         except Error as error:
             if not skip_unreadable:
                 raise

@@ -1,10 +1,12 @@
 import base64
 import io
+import itertools
 import json
 import os
 import pickle
 import subprocess
 import sys
+from concurrent.futures import ThreadPoolExecutor
 
 import px
 import pytest
@@ -160,6 +162,22 @@ def test_a_warning_that_is_an_error_ends_nothing():
     with pytest.raises(px.FaultWarning):
         next(reader)
     assert [one.number for one in reader] == [2, 3]
+
+
+def test_what_costs_too_much():
+    costly = b"BEGIN:VCARD\nN:a;\nEND:VCARD\n" * 6000
+    cards = []
+    with pytest.raises(px.Error, match="more work than its size allows") as raised:
+        cards.extend(card.number for card in px.read(costly, raw=True))
+    assert raised.value.result == px.Result.LIMIT
+    further = itertools.islice(px.read(costly, raw=True, limit=False), len(cards), None)
+    assert next(further).number == cards[-1] + 1
+
+
+def test_threads_take_turns():
+    reader = px.read(CARDS * 500)
+    with ThreadPoolExecutor(4) as pool:
+        assert sum(pool.map(lambda _: sum(bool(card.name) for card in reader), range(4))) == 1500
 
 
 def run(*arguments):
