@@ -28,6 +28,13 @@ done
 cmake -S "$root/examples" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build "$work/cmake" >/dev/null
 
+# The library speaks its languages, also where its folder is reached by a link, as /lib is one.
+ln -s "$prefix/lib" "$work/lib"
+python3 -c 'import ctypes, sys
+label = ctypes.CDLL(sys.argv[1]).PxPropertyLabel
+label.restype = ctypes.c_char_p
+sys.exit(label(0, b"NICKNAME", b"de") != b"Spitzname")' "$work/lib/libpx_cards.so.1"
+
 for bin in "$work/bin" "$work/cmake"; do
   "$bin/cards_json" "$root"/samples/*.v?? >"$work/lines" 2>"$work/objects" || test $? = 1
   "$prefix/bin/pxcard" --format jsonl "$root"/samples/*.v?? >"$work/expected" 2>/dev/null ||

@@ -29,7 +29,7 @@ constexpr std::string_view kEnglish = "en";
 fs::path localeFolder() {
   const fs::path locale = "share/locale";
   std::error_code none;
-  fs::path folder = ownFile().parent_path();
+  fs::path folder = fs::canonical(ownFile().parent_path(), none);  // /lib can be a link to /usr/lib
   for (int i = 0; i < 2 && folder.has_relative_path(); ++i) {
     folder = folder.parent_path();
     if (fs::is_directory(folder / locale, none)) return folder / locale;

@@ -150,7 +150,7 @@ int32_t PxOpenIo(PxReader *reader, VcardIo *io) {
   const bool sound = io && io->Read && io->Seek && io->GetInfo;
   return enter(reader, sound, [=](Reader &inner) {
     inner.close();
-    inner.open(px::openCallerInput(io), {});
+    inner.open(px::openCallerInput(io, &reader->use), {});
     return PxGood;
   });
 }
@@ -243,7 +243,6 @@ int32_t PxOpenObject(PxReader *reader, uint32_t number, uint64_t *handle) {
 
 int32_t PxReadObject(PxReader *reader, uint64_t handle, void *to, uint64_t size, uint64_t *count) {
   return enterWithin(reader, count && (to || size == 0), [=](Reader &inner) {
-    *count = 0;
     return inner.readObject(handle, static_cast<char *>(to), size, count);
   });
 }
@@ -264,7 +263,8 @@ const char *PxPropertyLabel(uint32_t label, const char *name, const char *langua
 }
 
 const char *PxTypeLabel(const char *type, const char *language) {
-  return px::inLanguage(px::typeLabel(px::viewOf(type)), language);
+  const std::string_view given = px::viewOf(type), label = px::typeLabel(given);
+  return label.data() == given.data() ? given.data() : px::inLanguage(label, language);
 }
 
 const char *PxParameterLabel(const char *name, const char *language) {

@@ -38,7 +38,7 @@ class MemoryInput final : public Input {
 
 class CallerInput final : public Input {
  public:
-  explicit CallerInput(VcardIo *io) : io_(io) {}
+  CallerInput(VcardIo *io, InUse *use) : io_(io, use) {}
   VcardIo *io() override { return &io_; }
   void check() const override { io_.check(); }
 
@@ -63,6 +63,8 @@ std::unique_ptr<Input> openMemoryInput(const void *bytes, uint64_t size) {
       std::string_view(static_cast<const char *>(bytes), static_cast<size_t>(size)));
 }
 
-std::unique_ptr<Input> openCallerInput(VcardIo *io) { return std::make_unique<CallerInput>(io); }
+std::unique_ptr<Input> openCallerInput(VcardIo *io, InUse *use) {
+  return std::make_unique<CallerInput>(io, use);
+}
 
 }  // namespace px

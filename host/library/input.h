@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "host/library/use.h"
 #include "px/vcard_io.h"
 
 namespace px {
@@ -23,7 +24,7 @@ class Input {
 // Each throws the exceptions of its reading: std::system_error for a file.
 std::unique_ptr<Input> openFileInput(const char *path);
 std::unique_ptr<Input> openMemoryInput(const void *bytes, uint64_t size);
-std::unique_ptr<Input> openCallerInput(VcardIo *io);
+std::unique_ptr<Input> openCallerInput(VcardIo *io, InUse *use);  // see CallerIo
 
 }  // namespace px
 

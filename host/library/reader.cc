@@ -44,6 +44,7 @@ void Reader::close() noexcept {
   documents_.reset();
   json_.reset();
   input_.reset();
+  way_ = Way::None;
   anySection_ = false;
   failure_ = PxGood;
 }
@@ -66,12 +67,20 @@ FaultSink Reader::faultSink() const {
   };
 }
 
+// Comes before any step. What has ended the reading ends it in every way.
+void Reader::begin(Way way) {
+  if (!input_) throw Failure(PxErrorOrder, "no input is open");
+  if (failure_ != PxGood) throw Failure(failure_, failureText_);
+  if (way_ != Way::None && (way_ != way || way == Way::Trace)) {
+    throw Failure(PxErrorOrder, "the input is read in another way");
+  }
+  way_ = way;
+}
+
 // Takes a step that reads the input. What ends it ends every later one.
 template <class Step>
 auto Reader::reading(Step step) {
-  if (!input_) throw Failure(PxErrorOrder, "no input is open");
   endObjects();
-  if (failure_ != PxGood) throw Failure(failure_, failureText_);
   try {
     auto result = step();
     input_->check();  // a failure has looked like the end of the input to the filter
@@ -87,10 +96,6 @@ auto Reader::reading(Step step) {
   }
   endObjects();
   throw Failure(failure_, failureText_.empty() ? PxResultText(failure_) : failureText_);
-}
-
-void Reader::beginSections() {
-  if (documents_) throw Failure(PxErrorOrder, "the input is read by documents");
 }
 
 bool Reader::readSection(CardEvents *target) {
@@ -131,7 +136,7 @@ bool Reader::readJsonSection() {
 }
 
 int32_t Reader::readJson(PxText *json) {
-  beginSections();
+  begin(Way::Sections);
   sink_ = {};
   text_.clear();
   if (!reading([this] { return readJsonSection(); })) return PxEnd;
@@ -140,7 +145,7 @@ int32_t Reader::readJson(PxText *json) {
 }
 
 int32_t Reader::writeJson(PxSink sink, void *user) {
-  beginSections();
+  begin(Way::Sections);
   sink_ = {sink, user};
   try {
     if (!reading([this] { return readJsonSection(); })) return PxEnd;
@@ -165,14 +170,14 @@ int32_t writeJsonError(std::string_view file, std::string_view error, CallerSink
 }
 
 int32_t Reader::readEvents(const PxEvents *events, void *user) {
-  beginSections();
   if (!events_.begin(events, user)) throw Failure(PxErrorArgument, "events of an unknown size");
+  begin(Way::Sections);
   if (!reading([this] { return readSection(&events_); })) return PxEnd;
   return events_.stopped() ? PxStopped : PxGood;
 }
 
 int32_t Reader::writeText(const TextLook &look, PxSink sink, void *user) {
-  beginSections();
+  begin(Way::Sections);
   sink_ = {sink, user};
   FileText text(look, contentTypeOf, [this](std::string_view bytes) { sink_.put(bytes); });
   bool any = false;
@@ -189,7 +194,7 @@ int32_t Reader::writeText(const TextLook &look, PxSink sink, void *user) {
 
 int32_t Reader::writeTrace(PxSink sink, void *user) {
   struct Stopped {};
-  if (sections_ || documents_) throw Failure(PxErrorOrder, "another reading has begun");
+  begin(Way::Trace);
   sink_ = {sink, user};
   TraceWriter trace([this](std::string_view line) {
     text_.assign(line) += '\n';
@@ -236,7 +241,7 @@ int32_t Reader::beginPage(std::string_view title, bool several, PxSink sink, voi
 
 int32_t Reader::writeHtml() {
   HtmlWriter &page = openPage();
-  beginSections();
+  begin(Way::Sections);
   page.beginFile(asUtf8(name_));
   bool any = false;
   while (!pageSink_.stopped && reading([&] { return readSection(&page); })) any = true;
@@ -257,7 +262,7 @@ int32_t Reader::endPage() {
 }
 
 int32_t Reader::nextDocument(int16_t *format, VcardIo **view) {
-  if (sections_) throw Failure(PxErrorOrder, "the input is read by sections");
+  begin(Way::Documents);
   Documents::Document document;
   const bool any = reading([&] {
     if (!documents_) documents_.emplace(input_->io(), how(), faultSink(), &*limit_);

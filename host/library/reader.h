@@ -78,7 +78,9 @@ class Reader {
   auto reading(Step step);
   bool readSection(CardEvents *target);
   bool readJsonSection();
-  void beginSections();
+  // How an input is read: each has one way, to its end.
+  enum class Way { None, Sections, Documents, Trace };
+  void begin(Way way);
   HtmlWriter &openPage();
   void endObjects();
   FaultSink faultSink() const;
@@ -90,6 +92,7 @@ class Reader {
   std::optional<WorkLimit> limit_;
   std::optional<Documents> documents_;
   std::optional<SectionReader> sections_;
+  Way way_ = Way::None;
   bool anySection_ = false;
   int32_t failure_ = PxGood;  // ends the reading
   std::string failureText_;

@@ -41,8 +41,8 @@
  * Limits. An input has at most 4,294,967,295 bytes (2^32 - 1). Some inputs are small and make their
  * reader go over the same bytes again and again, above all where they are read as they stand. So
  * the work on an input is counted, in bytes read, those of objects too, and in calls of the filter:
- * each may come to 8 MB and 32 times what was read of the input so far. Behind that the section ends
- * and the next call answers PxErrorLimit. PxSetLimit takes the limit away.
+ * each may come to 8 MB and 32 times what was read of the input so far. Behind that the section
+ * ends and the next call answers PxErrorLimit. PxSetLimit takes the limit away.
  *
  * The library loads libpx_vcrd, which stands beside it. No routine throws a C++ exception, and no
  * routine that is given to it may.
@@ -70,7 +70,7 @@ enum PxResult {
 
   PxErrorArgument = -1, /* a null pointer, a record of unknown size, an I/O object without a slot */
   PxErrorOrder = -2,    /* nothing is open, or the call doesn't go with those before it */
-  PxErrorBusy = -3,     /* the reader is in use: by another thread, or by what called an event */
+  PxErrorBusy = -3,     /* the reader is in use: by a thread, or by what called an event or slot */
   PxErrorObject = -4,   /* there is no such object: closed, of a section that is over, none ever */
   PxErrorFile = -5,     /* the file isn't there or may not be opened */
   PxErrorRead = -6,     /* the input can't be read on, was cut short meanwhile, or is too large */
@@ -151,7 +151,7 @@ PX_API int32_t PxSetRaw(PxReader *reader, int32_t raw);
 PX_API int32_t PxSetLimit(PxReader *reader, int32_t limit);
 
 /*
- * Sets the language of what PxWriteText and PxWriteHtml say from now on, by a tag such as "de" or
+ * Sets the language of what PxWriteText and pages say from now on, by a tag such as "de" or
  * "de-AT"; null is English, the language of a new reader. Messages, results and faults stay
  * English, so that a program can know them. PxErrorArgument, with nothing changed: there are no
  * texts in that language.
@@ -179,7 +179,8 @@ PX_API int32_t PxOpenMemory(PxReader *reader, const void *bytes, uint64_t size);
  * Opens what `io` reads. The object stays the caller's, is never closed, and stays until the input
  * is closed. Its slots Read, Seek and GetInfo must be there, Seek64 is used where it is; the other
  * slots aren't called. They are called during calls with this reader only, and during calls of the
- * slots of an object that PxNextDocument gave.
+ * slots of an object that PxNextDocument gave. A call with this reader from within them answers
+ * PxErrorBusy.
  */
 PX_API int32_t PxOpenIo(PxReader *reader, VcardIo *io);
 
