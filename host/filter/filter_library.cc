@@ -19,7 +19,7 @@ namespace {
 // dlopen doesn't go by it. What is named from the current folder isn't looked at.
 std::string libraryPath() {
   namespace fs = std::filesystem;
-  const std::string name = PX_FILTER_NAME;
+  std::string name = PX_FILTER_NAME;
   std::error_code none;
   Dl_info own{};
   const bool known = dladdr(reinterpret_cast<const void *>(&libraryPath), &own) != 0;
