@@ -34,15 +34,16 @@ foreach(name vcrd cards)
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 endforeach()
 
-# The command, and how the desktop and mail programs find it. Its texts in other languages are
-# installed where they are made, in po/, and so are man pages and completions, in docs/.
+# The command, and how the desktop and mail programs find it. Man pages and completions are installed
+# where they are made, in docs/, so are the texts in other languages, in po/, and the Python package.
 install(TARGETS pxcard COMPONENT command)
 install(FILES packaging/pxcard.desktop
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT command)
 install(FILES packaging/pxcard.mailcap
   DESTINATION lib/mime/packages RENAME pxcard COMPONENT command)
 
-set(packages runtime libpx${PX_SOVERSION} development libpx-dev command pxcard)
+set(packages runtime libpx${PX_SOVERSION} development libpx-dev command pxcard
+  python python3-px)
 while(packages)
   list(POP_FRONT packages component package)
   install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} RENAME copyright

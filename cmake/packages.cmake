@@ -1,5 +1,9 @@
-# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev and pxcard. A package more
-# is a component more: its name in the list, and the lines that describe it.
+# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev, pxcard and python3-px. A
+# package more is a component more: its name in the list, and the lines that describe it. The preset
+# `package` is for them: the Python package's folder is that of the prefix that is configured.
+if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  return()
+endif()
 set(CPACK_GENERATOR DEB)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_NAME px)
@@ -7,7 +11,7 @@ set(CPACK_PACKAGE_CONTACT "The px developers <px@localhost>")
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL runtime development command)
+set(CPACK_COMPONENTS_ALL runtime development command python)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS OFF)
@@ -20,21 +24,36 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libpx${PX_SOVERSION})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "vCard and vCalendar filter and reader, shared libraries
- libpx_vcrd reads vCard and vCalendar text and drives a document host with it.
- libpx_cards tells programs what a person sees in such files.")
+libpx_vcrd reads vCard and vCalendar text and drives a document host with it.
+libpx_cards tells programs what a person sees in such files.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libpx-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libpx${PX_SOVERSION} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
   "vCard and vCalendar filter and reader, for development
- The headers, the CMake package and the manuals of libpx_vcrd and libpx_cards.")
+The headers, the CMake package and the manuals of libpx_vcrd and libpx_cards.")
 
 set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME pxcard)
 set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_COMMAND_PACKAGE_DEPENDS "libpx${PX_SOVERSION} (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_COMMAND_DESCRIPTION
   "shows vCard and vCalendar files
- pxcard shows cards and calendars as text or JSON and saves what is embedded in them.")
+pxcard shows cards and calendars as text or JSON and saves what is embedded in them.")
+
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-px)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+  "python3 (>= 3.11), libpx${PX_SOVERSION} (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-dask, python3-distributed, python3-pandas")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  ${PROJECT_SOURCE_DIR}/packaging/python3-px/postinst
+  ${PROJECT_SOURCE_DIR}/packaging/python3-px/prerm)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+  "vCard and vCalendar reader for Python
+The package px gives a record for each card, and reads what is embedded in it. With Dask it reads
+folders of card files on many machines.")
 
 include(CPack)

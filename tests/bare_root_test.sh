@@ -1,7 +1,8 @@
 #!/bin/bash
 # bare_root_test.sh PACKAGES ROOT: the Debian packages install in a bare Debian 12 root, the command
-# shows a card there, and the examples build. Needs root, debootstrap and the network, and some
-# minutes, so it is no part of the ordinary tests: scripts/package --try runs it.
+# shows a card there, Python reads it, the examples build, and nothing stays when they are removed.
+# Needs root, debootstrap and the network, and some minutes, so it is no part of the ordinary tests:
+# scripts/package --try runs it.
 set -euo pipefail
 
 bare=$(mktemp -d)
@@ -21,18 +22,26 @@ chroot "$bare" sh -eu -c '
   $install ./libpx1_*.deb ./pxcard_*.deb >/dev/null 2>&1
   pxcard samples/picture.vcf | grep "^Photo .*image"
   test -s /usr/lib/mime/packages/pxcard
+  pxcard --format jsonl samples/picture.vcf >expected
+  pxcard --extract objects samples/picture.vcf >/dev/null
+
+  $install ./python3-px_*.deb >/dev/null 2>&1
+  test -d /usr/lib/python3/dist-packages/px/__pycache__
+  python3 -m px samples/picture.vcf | cmp - expected
+  python3 examples/telephones.py samples/picture.vcf >telephones
+  grep -q "^Dr. Maja Lindstr" telephones
+  cmp photo-1-0 objects/1-photo-1.jpg
 
   $install gcc libc6-dev make cmake pkg-config ./libpx-dev_*.deb >/dev/null 2>&1
   cc -std=c99 -o host examples/filter_host.c $(pkg-config --cflags --libs px-vcrd)
   cc -std=c99 -o cards examples/cards_json.c $(pkg-config --cflags --libs px-cards)
   cmake -S examples -B build >/dev/null
   cmake --build build >/dev/null
-  pxcard --format jsonl samples/picture.vcf >expected
   ./cards samples/picture.vcf | cmp - expected
   build/cards_json samples/picture.vcf | cmp - expected
   ./host samples/picture.vcf | grep -q Telephone
   build/filter_host samples/picture.vcf | grep -q Telephone
 
-  apt-get purge -y -qq pxcard libpx-dev libpx1 >/dev/null 2>&1
-  test -z "$(find /usr -name "*libpx*" -o -name "pxcard*")"'
+  apt-get purge -y -qq pxcard python3-px libpx-dev libpx1 >/dev/null 2>&1
+  ! find /usr -name "*libpx*" -o -name "pxcard*" -o -name px -o -name python3-px | grep .'
 echo "the packages work in a bare root"

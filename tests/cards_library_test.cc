@@ -105,6 +105,17 @@ struct Io : VcardIo {
   int reads = 0, failFrom = INT32_MAX;
 };
 
+// What a sink was given, which wants no more behind the call with the number `most`.
+struct Written {
+  std::string text;
+  int calls = 0, most = INT32_MAX;
+  static int32_t sink(void *user, const char *bytes, uint64_t size) {
+    Written &self = *static_cast<Written *>(user);
+    self.text.append(bytes, size);
+    return ++self.calls >= self.most ? 1 : 0;
+  }
+};
+
 std::string str(const PxText &text) { return {text.bytes, text.size}; }
 
 // Writes events as one short line each.
@@ -189,14 +200,10 @@ TEST(CardsLibrary, EveryWayInGivesTheSame) {
     EXPECT_EQ(lines, memory.json(&last)) << path;
     EXPECT_EQ(lines, caller.json(&last)) << path;
 
-    std::string joined;
-    const auto sink = [](void *user, const char *piece, uint64_t size) {
-      static_cast<std::string *>(user)->append(piece, size);
-      return 0;
-    };
+    Written joined;
     PxOpenFile(pieces.p, path.c_str());
-    while (PxWriteJson(pieces.p, sink, &joined) == PxGood) joined += '\n';
-    EXPECT_EQ(lines, joined) << path;
+    while (PxWriteJson(pieces.p, Written::sink, &joined) == PxGood) joined.text += '\n';
+    EXPECT_EQ(lines, joined.text) << path;
   }
 }
 
@@ -357,7 +364,7 @@ TEST(CardsLibrary, ErrorsStay) {
   EXPECT_EQ(PxOpenFile(reader.p, "/"), PxGood);
   EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorRead);
 
-  int failing = 0;
+  int failing = 0, begun = 0;
   int32_t last = PxGood;
   while (last != PxEnd) {
     Io io(kTwo);
@@ -367,8 +374,20 @@ TEST(CardsLibrary, ErrorsStay) {
     if (last == PxEnd) break;
     EXPECT_EQ(last, PxErrorRead) << failing;
     EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorRead);
+
+    // In pieces it has a text that was begun, and closes it.
+    Written pieces;
+    Io again("BEGIN:VCARD\nFN:A\nKEY;BASE64:QUJDQUJD\nEND:VCARD\n");
+    again.failFrom = failing;
+    PxSetRaw(reader.p, 1);
+    ASSERT_EQ(PxOpenIo(reader.p, &again), PxGood);
+    PxSetRaw(reader.p, 0);
+    while (PxWriteJson(reader.p, Written::sink, &pieces) == PxGood) pieces.text.clear();
+    EXPECT_TRUE(pieces.text.empty() || pieces.text.ends_with("]}")) << pieces.text;
+    begun += !pieces.text.empty();
   }
   EXPECT_GT(failing, 20);
+  EXPECT_GT(begun, 0);
 
   const std::string path = ::testing::TempDir() + "px_cards_cut.vcf";
   std::ofstream(path) << kTwo << std::string(1 << 20, '\n');
@@ -558,26 +577,74 @@ TEST(CardsLibrary, GivesTheViewByDocuments) {
   EXPECT_EQ(PxNextDocument(reader.p, &format, &view), PxEnd);
 }
 
-TEST(CardsLibrary, WritesText) {
-  struct Page {
-    std::string text;
-    int calls = 0, most = INT32_MAX;
+TEST(CardsLibrary, WritesForPeople) {
+  Reader reader, other;
+  const auto written = [](Reader *by, auto write, int32_t expected = PxGood, int most = INT32_MAX) {
+    Written to;
+    to.most = most;
+    by->open(kTwo);
+    EXPECT_EQ(write(by->p, Written::sink, &to), expected) << by->error();
+    EXPECT_TRUE(expected == PxGood || to.calls == most) << to.calls;
+    return to.text;
   };
-  const auto sink = [](void *user, const char *bytes, uint64_t size) -> int32_t {
-    Page &page = *static_cast<Page *>(user);
-    page.text.append(bytes, size);
-    return ++page.calls >= page.most ? 1 : 0;
+  const auto text = [](PxReader *by, PxSink sink, Written *to) {
+    return PxWriteText(by, nullptr, sink, to);
   };
-  Reader reader;
-  Page whole, cut;
-  reader.open(kTwo);
-  EXPECT_EQ(PxWriteText(reader.p, nullptr, sink, &whole), PxGood);
-  EXPECT_EQ(whole.text.substr(0, 8), "Ann\n===\n");
-  EXPECT_NE(whole.text.find("\nBob Bo\n======\n"), std::string::npos) << whole.text;
-  cut.most = 1;
-  reader.open(kTwo);
-  EXPECT_EQ(PxWriteText(reader.p, nullptr, sink, &cut), PxStopped);
-  EXPECT_EQ(cut.calls, 1);
+  const auto page = [](PxReader *by, PxSink sink, Written *to) {
+    EXPECT_GE(PxBeginPage(by, "A & B", 1, sink, to), PxGood);
+    EXPECT_EQ(PxBeginPage(by, "C", 1, sink, to), PxErrorOrder);
+    PxSetName(by, "first.vcf");
+    PxWriteHtml(by);
+    PxOpenMemory(by, "BEGIN:VCARD\nFN:<Bob>\nEND:VCARD\n", 34);
+    PxWriteHtml(by);
+    PxTellOnPage(by, "no\xFF.vcf", "<gone>");
+    PxClose(by);
+    const int32_t result = PxEndPage(by);
+    EXPECT_EQ(PxEndPage(by), PxErrorOrder);
+    return result;
+  };
+
+  const std::string whole = written(&reader, text);
+  EXPECT_EQ(whole.substr(0, 8), "Ann\n===\n");
+  EXPECT_NE(whole.find("\nBob Bo\n======\n"), std::string::npos) << whole;
+
+  // The head is the same for every page; a page more has its own.
+  for (int i = 0; i < 2; ++i) {
+    std::string html = written(&reader, page);
+    EXPECT_EQ(html.substr(0, 32), "<!DOCTYPE html>\n<html lang=\"en\" ");
+    for (const char *part : {"A &amp; B", "first.vcf", "Bob Bo", "&lt;Bob&gt;", "no\uFFFD.vcf",
+                             "&lt;gone&gt;", "</html>\n"}) {
+      const size_t at = html.find(part);
+      ASSERT_NE(at, std::string::npos) << part << " in " << html;
+      html.erase(0, at);
+    }
+    EXPECT_EQ(html, "</html>\n");
+  }
+
+  // A sink that wants no more is called no more.
+  written(&reader, text, PxStopped, 1);
+  written(&reader, page, PxStopped, 1);
+  written(&reader, page, PxStopped, 2);
+  const std::string trace = written(&reader, PxWriteTrace);
+  EXPECT_EQ(trace.substr(0, 14), "SoBeginSection") << trace;
+  EXPECT_EQ(written(&reader, PxWriteTrace, PxStopped, 1), trace.substr(0, trace.find('\n') + 1));
+  EXPECT_EQ(PxWriteTrace(reader.p, Written::sink, nullptr), PxErrorOrder);
+  PxText json;
+  EXPECT_EQ(PxReadJson(reader.p, &json), PxErrorOrder);
+
+  // Each reader has its language.
+  EXPECT_EQ(PxSetLanguage(reader.p, "tlh"), PxErrorArgument);
+  EXPECT_EQ(reader.error(), "no texts in that language");
+  ASSERT_EQ(PxSetLanguage(reader.p, "de-AT"), PxGood);
+  EXPECT_NE(written(&reader, text).find("\nFoto "), std::string::npos);
+  EXPECT_NE(written(&reader, page).find("<html lang=\"de\""), std::string::npos);
+  EXPECT_EQ(written(&other, text), whole);
+  ASSERT_EQ(PxSetLanguage(reader.p, nullptr), PxGood);
+  EXPECT_EQ(written(&reader, text), whole);
+
+  Written error;
+  EXPECT_EQ(PxWriteJsonError("a\xFF", "\"gone\"", Written::sink, &error), PxGood);
+  EXPECT_EQ(error.text, "{\"file\":\"a\uFFFD\",\"error\":\"\\\"gone\\\"\"}");
 }
 
 TEST(CardsLibrary, StringIdsMeanTheirTexts) {
@@ -608,8 +675,10 @@ TEST(CardsLibrary, TellsFaultsAndLabels) {
 
   EXPECT_STREQ(PxLabelText(79406, "en"), "Telephone");
   EXPECT_STREQ(PxLabelText(79406, "tlh"), "Telephone");
+  EXPECT_STREQ(PxLabelText(79406, "de_AT.UTF-8"), "Telefon");
   EXPECT_STREQ(PxLabelText(1, nullptr), "");
   EXPECT_STREQ(PxPropertyLabel(0, "NICKNAME", nullptr), "Nickname");
+  EXPECT_STREQ(PxPropertyLabel(0, "NICKNAME", "de"), "Spitzname");
   EXPECT_STREQ(PxPropertyLabel(0, nullptr, nullptr), "");
   EXPECT_STREQ(PxTypeLabel("no such", nullptr), "no such");
   EXPECT_STREQ(PxTypeLabel(nullptr, nullptr), "");

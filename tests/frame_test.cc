@@ -29,8 +29,9 @@ constexpr std::string_view kCard =
     "BEGIN:VCARD\nFN:Ann\nA:1\nB:2\nC:3\nD:4\nE:5\nF:6\nG:7\nH:8\nEND:VCARD\n";
 
 void *exported(const std::string &name) {
-  filter();
-  return dlsym(dlopen("libpx_vcrd.so", RTLD_NOW | RTLD_NOLOAD), name.c_str());
+  Dl_info library{};
+  dladdr(reinterpret_cast<void *>(filter().streamOpen), &library);
+  return dlsym(dlopen(library.dli_fname, RTLD_NOW | RTLD_NOLOAD), name.c_str());
 }
 
 TEST(Frame, EntryTable) {

@@ -1,6 +1,7 @@
 #!/bin/sh
 # install_test.sh BUILD ROOT: what is installed is enough for others. The examples find the libraries
-# by pkg-config and by CMake, build as C99 without a warning and run; the README quotes them.
+# by pkg-config and by CMake, build as C99 without a warning and run; Python reads what they read; the
+# README quotes them.
 set -eu
 
 build=$1
@@ -38,6 +39,10 @@ for bin in "$work/bin" "$work/cmake"; do
     "$("$prefix/bin/pxcard" --format trace "$root/samples/several.vcf" |
       grep -c '^SoEmitResourceString(79406)')"
 done
+
+PYTHONPATH=$(echo "$prefix"/lib/python3*/dist-packages) PX_LIBRARY=$prefix/lib/libpx_cards.so.1 \
+  /usr/bin/python3 -B -m px "$root"/samples/*.v?? >"$work/lines" 2>/dev/null || test $? = 1
+diff "$work/lines" "$work/expected"
 
 # Each piece of C in the README is a run of lines of an example.
 awk '/^```c$/ { quoting = 1; ++n; next } /^```$/ { quoting = 0 }

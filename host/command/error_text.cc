@@ -6,6 +6,7 @@
 #include <system_error>
 #include <vector>
 
+#include "host/command/card_reader.h"
 #include "host/languages/translation.h"
 
 namespace px {
@@ -81,10 +82,16 @@ std::optional<std::vector<std::string_view>> matched(std::string_view text,
 std::string errorText(const std::exception &error) {
   if (dynamic_cast<const std::bad_alloc *>(&error)) return std::string(tr("out of memory"));
   const std::string_view whole = error.what();
-  const auto *system = dynamic_cast<const std::system_error *>(&error);
-  if (!system) return std::string(tr(whole));
+  if (const auto values = matched(whole, "more work than its size allows; stopped at byte %1")) {
+    return filled(tr("more work than its size allows; stopped at byte %1 (--no-limit reads on)"),
+                  {values->front()});
+  }
   // "PLACE: MESSAGE", or the message alone.
-  const std::string message = system->code().message();
+  const auto *system = dynamic_cast<const std::system_error *>(&error);
+  const size_t colon = dynamic_cast<const CardError *>(&error) ? whole.rfind(": ") : whole.npos;
+  if (!system && colon == whole.npos) return std::string(tr(whole));
+  const std::string message =
+      system ? system->code().message() : std::string(whole.substr(colon + 2));
   const size_t place = whole.size() - std::min(whole.size(), message.size() + 2);
   const std::string where(tr(whole.substr(0, place)));
   return (where.empty() ? "" : where + ": ") + std::string(tr(message));

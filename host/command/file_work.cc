@@ -5,24 +5,18 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <new>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "host/command/error_text.h"
 #include "host/command/messages.h"
-#include "host/filter/card_run.h"
+#include "host/command/object_saving.h"
 #include "host/io/file_io.h"
-#include "host/io/limited_io.h"
+#include "host/io/file_writer.h"
 #include "host/io/spool.h"
 #include "host/languages/translation.h"
-#include "host/reading/file_reading.h"
-#include "host/saving/content_type.h"
-#include "host/source/documents.h"
-#include "host/writers/file_text.h"
-#include "host/writers/json_writer.h"
-#include "host/writers/trace_writer.h"
 
 namespace px {
 namespace {
@@ -41,6 +35,12 @@ FileDescriptor openInput(const std::string &file) {
   return seekable ? std::move(input) : spoolInput(input.number());
 }
 
+// Closes what a reader has open, before what it reads ends.
+struct Closing {
+  CardReader &reader;
+  ~Closing() { PxClose(reader.get()); }
+};
+
 class FileWork {
  public:
   FileWork(const WorkSettings &settings, const Input &input, FileOutput *output)
@@ -49,24 +49,23 @@ class FileWork {
         input_(input),
         name_(displayName(input.name)),
         output_(*output),
-        limit_(!settings.options.noLimit) {
-    const bool isArray = options_.task == Task::Json;
-    if (isArray || options_.task == Task::JsonLines) {
-      json_.emplace(isArray ? JsonForm::Elements : JsonForm::Lines, contentTypeOf,
-                    [this](std::string_view text) { output_.write(text); });
-    }
-  }
+        reader_(settings.page ? *settings.page : own_.emplace()),
+        most_(options_.task == Task::Check ? UINT64_MAX : 100) {}
 
   bool run();
 
  private:
+  void open(FileIo *io);
   void read(FileIo *io);
-  void text(FileIo *io);
-  void trace(FileIo *io);
+  void readAll(FileIo *io);
+  void text();
+  void json();
+  void trace();
   void extract(FileIo *io);
-  void readInto(FileIo *io, CardEvents *events);
 
-  void writeTitle();
+  template <class Step>
+  void writeJson(Step step);
+  void writeTitled(std::string_view text);
   void report(const std::string &fault);
   void end(const std::string &fault);
 
@@ -75,8 +74,12 @@ class FileWork {
   const Input &input_;
   const std::string name_;
   FileOutput &output_;
-  WorkLimit limit_;
-  std::optional<JsonWriter> json_;
+  std::optional<CardReader> own_;
+  CardReader &reader_;
+  const uint64_t most_;  // faults that are told: all where they are what was asked for, else a
+                         // number that still helps a person
+  uint64_t faults_ = 0;
+  bool begun_ = false;  // something was written
   bool good_ = true;
 };
 
@@ -85,19 +88,17 @@ bool FileWork::run() {
     if (!input_.fault.empty()) throw std::runtime_error(input_.fault);
     FileIo io(openInput(input_.name));
     io.countIn(settings_.bytesRead);
+    const Closing closing{reader_};
     try {
+      open(&io);
       read(&io);
     } catch (const WriteError &) {
       throw;
     } catch (const std::runtime_error &) {
       io.check();  // knows better why
-      if (!limit_.stoppedAt()) throw;
+      throw;
     }
     io.check();  // a failure has looked like the end of the file to the filter
-    if (limit_.stoppedAt()) {
-      end(filled(tr("more work than its size allows; stopped at byte %1 (--no-limit reads on)"),
-                 {std::to_string(*limit_.stoppedAt())}));
-    }
   } catch (const WriteError &) {
     throw;
   } catch (const std::exception &error) {
@@ -106,53 +107,72 @@ bool FileWork::run() {
   return good_;
 }
 
-// Tells what has ended the file before its end.
-void FileWork::end(const std::string &fault) {
-  if (json_) {
-    json_->error(name_, printable(fault));
-    json_->flush();
-  }
-  if (options_.task == Task::Html) settings_.page->error(name_, printable(fault));
-  report(fault);
+// Faults are told as they are met.
+void FileWork::open(FileIo *io) {
+  PxReader *reader = reader_.get();
+  reader_.setFault([this](uint64_t line, const char *text) {
+    if (++faults_ > most_) return;
+    report(filled(tr("line %1: %2"), {std::to_string(line), faultText(text)}));
+  });
+  PxSetRaw(reader, options_.raw);
+  PxSetLimit(reader, !options_.noLimit);
+  reader_.check(PxOpenIo(reader, io));
+  reader_.check(PxSetName(reader, name_.c_str()));
 }
 
 void FileWork::read(FileIo *io) {
+  const auto tellOthers = [&] {
+    if (faults_ <= most_) return;
+    report(
+        filled(tr("%1 more of that kind; --check tells all"), {std::to_string(faults_ - most_)}));
+  };
+  try {
+    readAll(io);
+  } catch (const CardError &) {
+    tellOthers();
+    throw;
+  }
+  tellOthers();
+  if (options_.task == Task::Extract && !begun_) {
+    output_.complain(name_ + ": " + std::string(tr("no embedded objects")));
+  }
+}
+
+void FileWork::readAll(FileIo *io) {
   switch (options_.task) {
     case Task::Text:
-      return text(io);
+      return text();
     case Task::Html:
-      settings_.page->beginFile(name_);
-      return readInto(io, settings_.page);
+      reader_.check(PxWriteHtml(reader_.get()));
+      return;
     case Task::Json:
     case Task::JsonLines:
-      json_->beginFile(name_);
-      readInto(io, &*json_);
-      return json_->flush();
+      return json();
     case Task::Trace:
-      return trace(io);
+      return trace();
     case Task::Check: {
-      CardEvents nothing;
-      return readInto(io, &nothing);
+      PxEvents nothing{};
+      nothing.size = sizeof nothing;
+      while (reader_.check(PxReadEvents(reader_.get(), &nothing, nullptr))) {
+      }
+      return;
     }
     case Task::Extract:
       return extract(io);
   }
 }
 
-// Faults are told as they are met: all where they are what was asked for, else up to a number that
-// still helps a person.
-void FileWork::readInto(FileIo *io, CardEvents *events) {
-  const uint64_t most = options_.task == Task::Check ? UINT64_MAX : 100;
-  uint64_t count = 0;
-  const FaultSink fault = [&](uint64_t line, const std::string &text) {
-    if (++count > most) return;
-    report(filled(tr("line %1: %2"), {std::to_string(line), faultText(text)}));
-  };
-  const Reading reading = options_.raw ? Reading::Raw : Reading::Viewed;
-  readFile(settings_.filter, io, reading, fault, events, &limit_);
-  if (count > most) {
-    report(filled(tr("%1 more of that kind; --check tells all"), {std::to_string(count - most)}));
+// Tells what has ended the file before its end.
+void FileWork::end(const std::string &fault) {
+  const std::string shown = printable(fault);
+  if (options_.task == Task::Json || options_.task == Task::JsonLines) {
+    writeJson(
+        [&] { return PxWriteJsonError(name_.c_str(), shown.c_str(), CardReader::sink, &reader_); });
   }
+  if (options_.task == Task::Html) {
+    reader_.check(PxTellOnPage(reader_.get(), name_.c_str(), shown.c_str()));
+  }
+  report(fault);
 }
 
 void FileWork::report(const std::string &fault) {
@@ -160,41 +180,53 @@ void FileWork::report(const std::string &fault) {
   good_ = false;
 }
 
-// Divides what is shown of several files.
-void FileWork::writeTitle() {
-  if (settings_.titled) output_.write("== " + name_ + " ==\n\n");
+// Divides what is shown of several files; nothing stands above a file that is no card.
+void FileWork::writeTitled(std::string_view text) {
+  if (!std::exchange(begun_, true) && settings_.titled) output_.write("== " + name_ + " ==\n\n");
+  output_.write(text);
 }
 
-void FileWork::text(FileIo *io) {
-  bool begun = false;
-  FileText writer(settings_.look, contentTypeOf, [&](std::string_view text) {
-    if (!begun) writeTitle();  // not above a file that is no card
-    begun = true;
+void FileWork::text() {
+  reader_.setWrite([this](std::string_view text) { writeTitled(text); });
+  const PxLook look{sizeof look, settings_.look.width, settings_.look.color};
+  reader_.check(PxWriteText(reader_.get(), &look, CardReader::sink, &reader_));
+}
+
+void FileWork::trace() {
+  reader_.setWrite([this](std::string_view text) { writeTitled(text); });
+  reader_.check(PxWriteTrace(reader_.get(), CardReader::sink, &reader_));
+}
+
+void FileWork::json() {
+  bool any = true;
+  while (any) {
+    writeJson([&] {
+      const int32_t answer = PxWriteJson(reader_.get(), CardReader::sink, &reader_);
+      any = answer == PxGood;
+      return answer;
+    });
+  }
+}
+
+// Writes the text that `step` gives, if any, on a line of its own: an element of an array with a
+// comma to the one before, or a line.
+template <class Step>
+void FileWork::writeJson(Step step) {
+  const bool isArray = options_.task == Task::Json;
+  bool wrote = false;
+  reader_.setWrite([&](std::string_view text) {
+    if (!std::exchange(wrote, true) && isArray) output_.write(begun_ ? ",\n" : "\n");
+    begun_ = true;
     output_.write(text);
   });
-  readInto(io, &writer);
-  writer.finish();
-}
-
-void FileWork::trace(FileIo *io) {
-  TraceWriter writer([this](std::string_view line) {
-    output_.write(line);
-    output_.write("\n");
-  });
-  Documents documents(io, Reading::Raw, {}, &limit_);
-  Documents::Document document;
-  documents.next(&document);
-  CardRun run(settings_.filter, document.io, &writer);
-  openRun(&run, document.format, &documents);
-  writeTitle();
-  run.readAll();
-  if (run.gaveUp()) documents.stop(0);
+  const int32_t answer = step();
+  if (wrote && !isArray) output_.write("\n");
+  reader_.check(answer);
 }
 
 void FileWork::extract(FileIo *io) {
-  bool any = false;
   const auto announce = [&](const SavedObject &saved) {
-    any = true;
+    begun_ = true;
     output_.write(saved.name + '\t' + saved.type + '\t' + std::to_string(saved.size) + '\t' +
                   name_ + '\t' + std::to_string(saved.card) + '\n');
     if (saved.damaged) {
@@ -204,16 +236,12 @@ void FileWork::extract(FileIo *io) {
   const std::string fileName = input_.name == "-" ? "stdin" : name_;
   ObjectExtraction extraction(
       fileName, settings_.target, [io] { io->check(); }, announce);
-  readInto(io, &extraction);
+  while (saveObjects(&reader_, &extraction)) {
+  }
   io->check();
-  if (!any) output_.complain(name_ + ": " + std::string(tr("no embedded objects")));
 }
 
 }  // namespace
-
-std::string contentTypeOf(const void *bytes, size_t size) {
-  return std::string(guessContentType({static_cast<const char *>(bytes), size}).mime);
-}
 
 OutputFrame frameOf(Task task) {
   switch (task) {

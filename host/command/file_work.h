@@ -7,29 +7,24 @@
 #include <cstdint>
 #include <string>
 
+#include "host/command/card_reader.h"
 #include "host/command/file_output.h"
 #include "host/command/inputs.h"
 #include "host/command/options.h"
-#include "host/filter/filter_library.h"
 #include "host/saving/object_extraction.h"
-#include "host/writers/html_writer.h"
 #include "host/writers/text_look.h"
 
 namespace px {
 
 // What the work on all files has in common.
 struct WorkSettings {
-  const FilterLibrary &filter;
   const Options &options;
   TextLook look;
   bool titled;                       // each file's text stands under its name
   ObjectExtraction::Target *target;  // for Task::Extract, which one thread does
-  HtmlWriter *page;                  // for Task::Html, likewise
+  CardReader *page;                  // for Task::Html, likewise: with the page that is open
   std::atomic<uint64_t> *bytesRead;
 };
-
-// The MIME type of some content, for writers.
-std::string contentTypeOf(const void *bytes, size_t size);
 
 // What stands around the files' outputs.
 OutputFrame frameOf(Task task);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <system_error>
 
+#include "host/command/card_reader.h"
 #include "host/command/file_output.h"
 #include "host/command/file_work.h"
 #include "host/command/inputs.h"
@@ -18,7 +19,6 @@
 #include "host/filter/filter_library.h"
 #include "host/io/file_writer.h"
 #include "host/languages/translation.h"
-#include "host/writers/html_writer.h"
 
 namespace px {
 namespace {
@@ -48,8 +48,8 @@ std::string pageTitle(const Options &options, const InputList &inputs) {
 }
 
 ExitCode runInto(const Options &options, int file) {
-  // With less the filter reads a file in many small pieces. Where it reads a stranger's bytes as they
-  // stand it has less all the same: what it reads again inside of its buffer no limit sees.
+  // With less the filter reads a file in many small pieces. Where it reads a stranger's bytes as
+  // they stand it has less all the same: what it reads again inside of its buffer no limit sees.
   constexpr uint32_t kilobytes = 64;
   if (!options.raw && options.task != Task::Trace) setInputBuffer(filterLibrary(), kilobytes);
   FileWriter writer(file);
@@ -57,16 +57,12 @@ ExitCode runInto(const Options &options, int file) {
   Progress progress(options, showsProgress(options, file));
   ObjectExtraction::Target target{SaveDirectory(options.directory), {}, options.namePattern};
   DirectOutput output(frameOf(options.task), options.quiet, &writer);
-  std::optional<HtmlWriter> page;
-  if (options.task == Task::Html) {
-    page.emplace(contentTypeOf, [&output](std::string_view html) { output.write(html); });
-  }
-  const WorkSettings settings{.filter = filterLibrary(),
-                              .options = options,
+  std::optional<CardReader> page;
+  const WorkSettings settings{.options = options,
                               .look = lookOf(options.color, file),
                               .titled = !inputs.isSingle(),
                               .target = &target,
-                              .page = page ? &*page : nullptr,
+                              .page = options.task == Task::Html ? &page.emplace() : nullptr,
                               .bytesRead = &progress.bytes};
   const WorkOnFile work = [&](const Input &input, FileOutput *to) {
     const bool good = doFile(settings, input, to);
@@ -77,9 +73,13 @@ ExitCode runInto(const Options &options, int file) {
   const bool inOrder = options.task == Task::Extract || options.task == Task::Html;
   const uint32_t jobs = inOrder ? 1 : options.jobs;
   output.begin();
-  if (page) page->begin(pageTitle(options, inputs), !inputs.isSingle());
+  if (page) {
+    page->setWrite([&output](std::string_view html) { output.write(html); });
+    page->check(PxBeginPage(page->get(), pageTitle(options, inputs).c_str(), !inputs.isSingle(),
+                            CardReader::sink, &*page));
+  }
   const bool good = runFiles(&inputs, jobs, work, &output);
-  if (page) page->end();
+  if (page) page->check(PxEndPage(page->get()));
   output.end();
   return good ? ExitGood : ExitFailed;
 }

@@ -16,15 +16,12 @@ namespace {
 
 // The library beside the one that this stands in, or in lib/ beside the program's bin/, goes before
 // any other, so that a build tree runs its own. A run path would say the same, but the sanitizers'
-// dlopen doesn't go by it. What is named from the current folder isn't looked at.
+// dlopen doesn't go by it.
 std::string libraryPath() {
   namespace fs = std::filesystem;
   std::string name = PX_FILTER_NAME;
   std::error_code none;
-  Dl_info own{};
-  const bool known = dladdr(reinterpret_cast<const void *>(&libraryPath), &own) != 0;
-  const fs::path library = known ? own.dli_fname : "";
-  for (const fs::path &beside : {library.parent_path() / name, besideProgram("lib/" + name)}) {
+  for (const fs::path &beside : {ownFile().parent_path() / name, besideProgram("lib/" + name)}) {
     if (beside.is_absolute() && fs::exists(beside, none)) return beside.string();
   }
   return name;

@@ -3,16 +3,10 @@
 #include <cstring>
 
 namespace px {
-namespace {
-
-// Selectors of GetInfo above this one are the host's own.
-constexpr uint32_t InfoBadByte = 0x10000;
-
-}  // namespace
 
 BadBase64Byte badBase64Byte(VcardIo *object) {
   BadBase64Byte bad;
-  object->GetInfo(object, InfoBadByte, &bad);
+  object->GetInfo(object, InfoBadBase64Byte, &bad);
   return bad;
 }
 
@@ -24,7 +18,7 @@ int32_t Base64Io::close() {
 }
 
 int32_t Base64Io::getInfo(uint32_t selector, void *argument) {
-  if (selector != InfoBadByte) return PositionedIo::getInfo(selector, argument);
+  if (selector != InfoBadBase64Byte) return PositionedIo::getInfo(selector, argument);
   *static_cast<BadBase64Byte *>(argument) = bad_;
   return 0;
 }

@@ -23,6 +23,9 @@ struct BadBase64Byte {
   uint64_t position = 0;  // in the source, in bytes
 };
 
+// A selector of GetInfo, above those of the interface: stores a BadBase64Byte.
+constexpr uint32_t InfoBadBase64Byte = 0x10000;
+
 // Asks what has been met so far in the content of `object`: a Base64Io, or an object of
 // VwDoSpecial, which hands the question on to its Base64Io. Of any other object nothing is found.
 BadBase64Byte badBase64Byte(VcardIo *object);

@@ -12,6 +12,11 @@ namespace px {
 // system doesn't tell where the program is.
 std::filesystem::path besideProgram(const std::filesystem::path &file);
 
+// Answers the file that this code was loaded from: the program, or a library that it is part of. An
+// empty path when that isn't known by its whole path: what is named from the current folder isn't
+// looked at.
+std::filesystem::path ownFile();
+
 }  // namespace px
 
 #endif

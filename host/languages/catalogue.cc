@@ -31,7 +31,8 @@ uint32_t Catalogue::number(size_t position) const {
 std::string_view Catalogue::entry(uint32_t table, uint32_t index) const {
   const size_t row = table + size_t{index} * kRowSize;
   const uint32_t length = number(row), position = number(row + 4);
-  if (position > bytes_.size() || length > bytes_.size() - position) return {};
+  if (position >= bytes_.size() || length >= bytes_.size() - position) return {};
+  if (bytes_[position + size_t{length}] != '\0') return {};
   return std::string_view(bytes_).substr(position, length);
 }
 

@@ -21,8 +21,9 @@ class Catalogue {
 
   bool isEmpty() const { return count_ == 0; }
 
-  // Answers the translation, valid as long as the catalogue; an empty text when there is none. A
-  // text that is told from an equal one by a context has the context and "\4" before it.
+  // Answers the translation, with a NUL behind it, valid as long as the catalogue; an empty text
+  // when there is none. A text that is told from an equal one by a context has the context and "\4"
+  // before it.
   std::string_view find(std::string_view text) const;
 
  private:

@@ -4,28 +4,38 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <map>
+#include <mutex>
+#include <utility>
 
 #include "host/io/beside_program.h"
 #include "host/languages/catalogue.h"
 
 namespace px {
+
+struct Language {
+  std::string code;
+  Catalogue catalogue;
+};
+
 namespace {
 
 namespace fs = std::filesystem;
 
 constexpr std::string_view kEnglish = "en";
 
-struct Speech {
-  std::string language{kEnglish};
-  Catalogue catalogue;
-};
-
-Speech &speech() {
-  static Speech one;
-  return one;
+// They lie in the tree that this stands in: beside bin/ and lib/, or where lib/ has folders for
+// machines, one further up.
+fs::path localeFolder() {
+  const fs::path locale = "share/locale";
+  std::error_code none;
+  fs::path folder = ownFile().parent_path();
+  for (int i = 0; i < 2 && folder.has_relative_path(); ++i) {
+    folder = folder.parent_path();
+    if (fs::is_directory(folder / locale, none)) return folder / locale;
+  }
+  return besideProgram(locale);
 }
-
-fs::path localeFolder() { return besideProgram("share/locale"); }
 
 Catalogue readCatalogue(const std::string &code) {
   std::ifstream file(localeFolder() / code / "LC_MESSAGES" / "pxcard.mo", std::ios::binary);
@@ -44,21 +54,47 @@ std::string_view variable(const char *name) {
   return value ? value : "";
 }
 
+const Language &english() {
+  static const Language one{std::string(kEnglish), {}};
+  return one;
+}
+
+const Language *chosen = nullptr;
+thread_local const Language *ofThread = nullptr;
+
+const Language &spoken() { return ofThread ? *ofThread : chosen ? *chosen : english(); }
+
+// The language of just this code.
+const Language *readLanguage(const std::string &code) {
+  static std::mutex mutex;
+  static std::map<std::string, Language> known;
+  const std::lock_guard<std::mutex> lock(mutex);
+  if (const auto found = known.find(code); found != known.end()) return &found->second;
+  Catalogue catalogue = readCatalogue(code);
+  if (catalogue.isEmpty()) return code == kEnglish ? &english() : nullptr;
+  return &known.emplace(code, Language{code, std::move(catalogue)}).first->second;
+}
+
 }  // namespace
 
-bool useLanguage(std::string_view code) {
-  code = code.substr(0, code.find_first_of(".@"));  // de_AT.UTF-8@euro
-  if (!isCode(code)) return false;
-  const std::string_view general = code.substr(0, code.find('_'));
-  for (const std::string_view each : {code, general}) {
-    const std::string name(each);
-    Catalogue catalogue = readCatalogue(name);
-    if (catalogue.isEmpty() && each != kEnglish) continue;
-    speech() = {name, std::move(catalogue)};
-    return true;
-  }
-  return false;
+const Language *findLanguage(std::string_view code) {
+  std::string name(code.substr(0, code.find_first_of(".@")));  // de_AT.UTF-8@euro
+  std::replace(name.begin(), name.end(), '-', '_');
+  if (!isCode(name)) return nullptr;
+  const Language *language = readLanguage(name);
+  return language ? language : readLanguage(name.substr(0, name.find('_')));
 }
+
+bool useLanguage(std::string_view code) {
+  const Language *language = findLanguage(code);
+  if (language) chosen = language;
+  return language != nullptr;
+}
+
+LanguageOfThread::LanguageOfThread(const Language *language)
+    : before_(std::exchange(ofThread, language)) {}
+
+LanguageOfThread::~LanguageOfThread() { ofThread = before_; }
 
 // As the C library chooses: the locale says whether there is a choice, LANGUAGE lists what the user
 // would read.
@@ -89,17 +125,17 @@ std::vector<std::string> knownLanguages() {
   return codes;
 }
 
-const std::string &language() { return speech().language; }
+const std::string &language() { return spoken().code; }
 
 std::string_view tr(std::string_view text) {
-  const Catalogue &catalogue = speech().catalogue;
+  const Catalogue &catalogue = spoken().catalogue;
   if (catalogue.isEmpty() || text.empty()) return text;  // the empty text's entry is the head
   const std::string_view translation = catalogue.find(text);
   return translation.empty() ? text : translation;
 }
 
 std::string_view trIn(std::string_view context, std::string_view text) {
-  const Catalogue &catalogue = speech().catalogue;
+  const Catalogue &catalogue = spoken().catalogue;
   if (catalogue.isEmpty()) return text;
   const std::string_view translation =
       catalogue.find(std::string(context).append("\4").append(text));

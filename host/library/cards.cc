@@ -8,6 +8,7 @@
 
 #include "host/labels/label_texts.h"
 #include "host/labels/property_labels.h"
+#include "host/languages/translation.h"
 #include "host/library/reader.h"
 #include "host/library/result.h"
 
@@ -23,6 +24,7 @@ int32_t fail(PxReader *reader, int32_t result, const char *text = nullptr) {
 template <class Step>
 int32_t run(PxReader *reader, Step step) noexcept {
   reader->error = "";
+  const LanguageOfThread speaks(reader->reader.language);
   try {
     const int32_t result = step(reader->reader);
     reader->error = "";  // an event may have made a mistake
@@ -57,8 +59,12 @@ int32_t enterWithin(PxReader *reader, bool sound, Step step) noexcept {
 
 std::string_view viewOf(const char *text) { return text ? text : ""; }
 
-// There is one language so far: English. A catalogue is looked for here.
-const char *inLanguage(std::string_view english, const char * /*language*/) {
+const char *inLanguage(std::string_view english, const char *tag) noexcept {
+  try {
+    const LanguageOfThread speaks(findLanguage(viewOf(tag)));
+    if (const std::string_view text = tr(english); !text.empty()) return text.data();
+  } catch (...) {  // without memory there is no catalogue
+  }
   return english.empty() ? "" : english.data();
 }
 
@@ -115,6 +121,15 @@ int32_t PxSetLimit(PxReader *reader, int32_t limit) {
   });
 }
 
+int32_t PxSetLanguage(PxReader *reader, const char *language) {
+  return enter(reader, true, [=](Reader &inner) {
+    const px::Language *found = language ? px::findLanguage(language) : nullptr;
+    if (language && !found) throw px::Failure(PxErrorArgument, "no texts in that language");
+    inner.language = found;
+    return PxGood;
+  });
+}
+
 int32_t PxOpenFile(PxReader *reader, const char *path) {
   return enter(reader, path != nullptr, [=](Reader &inner) {
     inner.close();
@@ -162,6 +177,16 @@ int32_t PxWriteJson(PxReader *reader, PxSink sink, void *user) {
   return enter(reader, sink != nullptr, [=](Reader &inner) { return inner.writeJson(sink, user); });
 }
 
+int32_t PxWriteJsonError(const char *file, const char *error, PxSink sink, void *user) {
+  if (!file || !error || !sink) return PxErrorArgument;
+  try {
+    return px::writeJsonError(file, error, {sink, user});
+  } catch (...) {
+    std::string text;
+    return px::resultOfException(PxErrorInternal, &text);
+  }
+}
+
 int32_t PxReadEvents(PxReader *reader, const PxEvents *events, void *user) {
   return enter(reader, events != nullptr,
                [=](Reader &inner) { return inner.readEvents(events, user); });
@@ -173,6 +198,28 @@ int32_t PxWriteText(PxReader *reader, const PxLook *look, PxSink sink, void *use
     const px::TextLook as = look ? px::TextLook{look->width, look->color != 0} : px::TextLook{};
     return inner.writeText(as, sink, user);
   });
+}
+
+int32_t PxWriteTrace(PxReader *reader, PxSink sink, void *user) {
+  return enter(reader, sink != nullptr,
+               [=](Reader &inner) { return inner.writeTrace(sink, user); });
+}
+
+int32_t PxBeginPage(PxReader *reader, const char *title, int32_t several, PxSink sink, void *user) {
+  return enter(reader, title && sink,
+               [=](Reader &inner) { return inner.beginPage(title, several != 0, sink, user); });
+}
+
+int32_t PxWriteHtml(PxReader *reader) {
+  return enter(reader, true, [](Reader &inner) { return inner.writeHtml(); });
+}
+
+int32_t PxTellOnPage(PxReader *reader, const char *file, const char *text) {
+  return enter(reader, file && text, [=](Reader &inner) { return inner.tellOnPage(file, text); });
+}
+
+int32_t PxEndPage(PxReader *reader) {
+  return enter(reader, true, [](Reader &inner) { return inner.endPage(); });
 }
 
 int32_t PxNextDocument(PxReader *reader, int16_t *format, VcardIo **view) {

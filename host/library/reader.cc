@@ -4,10 +4,13 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/filter/card_run.h"
 #include "host/io/base64_io.h"
 #include "host/library/result.h"
 #include "host/saving/content_type.h"
+#include "host/source/text_decoder.h"
 #include "host/writers/file_text.h"
+#include "host/writers/trace_writer.h"
 
 namespace px {
 namespace {
@@ -25,10 +28,6 @@ const FilterLibrary &filter() {
 }
 
 }  // namespace
-
-void Reader::Sink::put(std::string_view bytes) {
-  if (!stopped && !bytes.empty()) stopped = routine(user, bytes.data(), bytes.size()) != 0;
-}
 
 void Reader::open(std::unique_ptr<Input> input, std::string name) {
   close();
@@ -143,8 +142,26 @@ int32_t Reader::readJson(PxText *json) {
 int32_t Reader::writeJson(PxSink sink, void *user) {
   beginSections();
   sink_ = {sink, user};
-  if (!reading([this] { return readJsonSection(); })) return PxEnd;
+  try {
+    if (!reading([this] { return readJsonSection(); })) return PxEnd;
+  } catch (...) {
+    if (json_) {
+      json_->beginFile(name_);  // closes the section
+      json_->flush();
+    }
+    throw;
+  }
   return sink_.stopped ? PxStopped : PxGood;
+}
+
+int32_t writeJsonError(std::string_view file, std::string_view error, CallerSink sink) {
+  JsonWriter json(JsonForm::Elements, contentTypeOf, [&sink](std::string_view bytes) {
+    if (bytes.starts_with('\n')) bytes.remove_prefix(1);
+    sink.put(bytes);
+  });
+  json.error(file, error);
+  json.flush();
+  return sink.stopped ? PxStopped : PxGood;
 }
 
 int32_t Reader::readEvents(const PxEvents *events, void *user) {
@@ -168,6 +185,75 @@ int32_t Reader::writeText(const TextLook &look, PxSink sink, void *user) {
   text.finish();
   if (sink_.stopped) return PxStopped;
   return any ? PxGood : PxEnd;
+}
+
+int32_t Reader::writeTrace(PxSink sink, void *user) {
+  struct Stopped {};
+  if (sections_ || documents_) throw Failure(PxErrorOrder, "another reading has begun");
+  sink_ = {sink, user};
+  TraceWriter trace([this](std::string_view line) {
+    text_.assign(line) += '\n';
+    sink_.put(text_);
+    if (sink_.stopped) throw Stopped();
+  });
+  const auto traceAll = [&] {
+    documents_.emplace(input_->io(), Reading::Raw, FaultSink(), &*limit_);
+    Documents::Document document;
+    documents_->next(&document);
+    CardRun run(filter(), document.io, &trace);
+    openRun(&run, document.format, &*documents_);
+    try {
+      run.readAll();
+    } catch (const Stopped &) {
+      return false;
+    }
+    if (run.gaveUp()) documents_->stop(0);
+    checkLimit();
+    return true;
+  };
+  return reading(traceAll) ? PxGood : PxStopped;
+}
+
+// The page.
+
+HtmlWriter &Reader::openPage() {
+  if (!page_) throw Failure(PxErrorOrder, "no page is open");
+  return *page_;
+}
+
+int32_t Reader::beginPage(std::string_view title, bool several, PxSink sink, void *user) {
+  if (page_) throw Failure(PxErrorOrder, "a page is open");
+  pageSink_ = {sink, user};
+  page_.emplace(contentTypeOf, [this](std::string_view bytes) { pageSink_.put(bytes); });
+  try {
+    page_->begin(asUtf8(title), several);
+  } catch (...) {
+    page_.reset();
+    throw;
+  }
+  return pageSink_.stopped ? PxStopped : PxGood;
+}
+
+int32_t Reader::writeHtml() {
+  HtmlWriter &page = openPage();
+  beginSections();
+  page.beginFile(asUtf8(name_));
+  bool any = false;
+  while (!pageSink_.stopped && reading([&] { return readSection(&page); })) any = true;
+  page.flush();
+  if (pageSink_.stopped) return PxStopped;
+  return any ? PxGood : PxEnd;
+}
+
+int32_t Reader::tellOnPage(std::string_view file, std::string_view text) {
+  openPage().error(asUtf8(file), asUtf8(text));
+  return pageSink_.stopped ? PxStopped : PxGood;
+}
+
+int32_t Reader::endPage() {
+  openPage().end();
+  page_.reset();
+  return pageSink_.stopped ? PxStopped : PxGood;
 }
 
 int32_t Reader::nextDocument(int16_t *format, VcardIo **view) {

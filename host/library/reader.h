@@ -10,16 +10,31 @@
 #include <string>
 #include <string_view>
 
+#include "host/languages/translation.h"
 #include "host/library/c_events.h"
 #include "host/library/input.h"
 #include "host/library/section_objects.h"
 #include "host/library/use.h"
 #include "host/reading/section_reader.h"
+#include "host/writers/html_writer.h"
 #include "host/writers/json_writer.h"
 #include "host/writers/text_look.h"
 #include "px/cards.h"
 
 namespace px {
+
+// The bytes that a writer gives, on their way to a sink of the caller's.
+struct CallerSink {
+  PxSink routine = nullptr;
+  void *user = nullptr;
+  bool stopped = false;
+
+  void put(std::string_view bytes) {
+    if (!stopped && !bytes.empty()) stopped = routine(user, bytes.data(), bytes.size()) != 0;
+  }
+};
+
+int32_t writeJsonError(std::string_view file, std::string_view error, CallerSink sink);
 
 // The members that do something throw Failure, and other exceptions as what they call does.
 class Reader {
@@ -32,6 +47,8 @@ class Reader {
   };
   Settings settings;  // for the next input
 
+  const Language *language = nullptr;  // that it speaks; null: English
+
   // `input` is the input to open, named `name`.
   void open(std::unique_ptr<Input> input, std::string name);
   void close() noexcept;
@@ -42,6 +59,13 @@ class Reader {
   int32_t writeJson(PxSink sink, void *user);
   int32_t readEvents(const PxEvents *events, void *user);
   int32_t writeText(const TextLook &look, PxSink sink, void *user);
+  int32_t writeTrace(PxSink sink, void *user);
+
+  int32_t beginPage(std::string_view title, bool several, PxSink sink, void *user);
+  int32_t writeHtml();
+  int32_t tellOnPage(std::string_view file, std::string_view text);
+  int32_t endPage();
+
   int32_t nextDocument(int16_t *format, VcardIo **view);
 
   uint32_t objectCount() const { return objects_.count(); }
@@ -50,19 +74,12 @@ class Reader {
   void closeObject(uint64_t handle);
 
  private:
-  // The bytes that a writer gives, on their way to a sink of the caller's.
-  struct Sink {
-    PxSink routine = nullptr;
-    void *user = nullptr;
-    bool stopped = false;
-    void put(std::string_view bytes);
-  };
-
   template <class Step>
   auto reading(Step step);
   bool readSection(CardEvents *target);
   bool readJsonSection();
   void beginSections();
+  HtmlWriter &openPage();
   void endObjects();
   FaultSink faultSink() const;
   Reading how() const { return opened_.raw ? Reading::Raw : Reading::Viewed; }
@@ -79,10 +96,13 @@ class Reader {
 
   SectionObjects objects_;
   CEvents events_;
-  Sink sink_;
+  CallerSink sink_;
   std::optional<JsonWriter> json_;
   std::string name_;
   std::string text_;  // of readJson
+
+  std::optional<HtmlWriter> page_;
+  CallerSink pageSink_;
 
   std::map<uint64_t, OpenIo> handles_;
   uint64_t lastHandle_ = 0;

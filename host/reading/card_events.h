@@ -65,16 +65,6 @@ struct Property {
   std::vector<std::string> types;     // "work", in small letters: known ones first, in fixed order
   std::vector<Parameter> parameters;  // all of them, TYPE too, in the order of the file
   std::optional<Extent> extent;       // from the line's first byte to its line end
-
-  // Empties it for the next property, and keeps the room that its texts and lists have taken.
-  void clear() {
-    label = 0;
-    for (std::string *text : {&name, &group, &groupLabel}) text->clear();
-    labelsGroup = false;
-    types.clear();
-    parameters.clear();
-    extent.reset();
-  }
 };
 
 struct CloseIo {

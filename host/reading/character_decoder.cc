@@ -48,20 +48,29 @@ char32_t windows1251(uint32_t code) {
   return code < 0x80 ? code : code < 0x100 ? characters[code - 0x80] : kReplacement;
 }
 
-// Appends the codes at the head that are ASCII, up to a number; answers how many they are. Eight
-// are taken in a step.
-size_t appendAscii(std::span<const uint16_t> codes, std::string *utf8) {
-  char bytes[256];
-  codes = codes.first(std::min(codes.size(), sizeof bytes));
-  size_t count = 0;
+// Stores eight codes as bytes, if they are ASCII.
+bool storeAscii(const uint16_t *codes, char *to) {
   using Codes = uint16_t __attribute__((vector_size(16)));
   using Bytes = char __attribute__((vector_size(8)));
-  for (constexpr size_t step = 8; count + step <= codes.size(); count += step) {
-    Codes eight;
-    std::memcpy(&eight, &codes[count], sizeof eight);
-    if (bitsOf(ByteVector(eight >= 0x80)) != 0) break;
-    const Bytes narrow = __builtin_convertvector(eight, Bytes);
-    std::memcpy(bytes + count, &narrow, sizeof narrow);
+  Codes eight;
+  std::memcpy(&eight, codes, sizeof eight);
+  if (bitsOf(ByteVector(eight >= 0x80)) != 0) return false;
+  const Bytes narrow = __builtin_convertvector(eight, Bytes);
+  std::memcpy(to, &narrow, sizeof narrow);
+  return true;
+}
+
+// Appends the codes at the head that are ASCII, up to a number; answers how many they are. Eight
+// are taken in a step, the last ones with some of those before them.
+size_t appendAscii(std::span<const uint16_t> codes, std::string *utf8) {
+  constexpr size_t step = 8;
+  char bytes[256];
+  codes = codes.first(std::min(codes.size(), sizeof bytes));
+  const size_t size = codes.size();
+  size_t count = 0;
+  while (count + step <= size && storeAscii(&codes[count], bytes + count)) count += step;
+  if (count > 0 && size - count < step && storeAscii(&codes[size - step], bytes + size - step)) {
+    count = size;
   }
   for (; count < codes.size() && codes[count] < 0x80; ++count) {
     bytes[count] = static_cast<char>(codes[count]);
@@ -71,11 +80,6 @@ size_t appendAscii(std::span<const uint16_t> codes, std::string *utf8) {
 }
 
 }  // namespace
-
-void CharacterDecoder::setCharset(uint32_t set, std::string *utf8) {
-  finish(utf8);
-  set_ = set;
-}
 
 void CharacterDecoder::put(uint16_t code, std::string *utf8) {
   if (set_ == SoCharsetUtf8) {

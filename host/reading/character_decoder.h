@@ -22,7 +22,10 @@ class CharacterDecoder {
  public:
   // Does what SoSetCharset says, for the codes that follow. A set that isn't known counts as the
   // default set.
-  void setCharset(uint32_t set, std::string *utf8);
+  void setCharset(uint32_t set, std::string *utf8) {
+    finish(utf8);
+    set_ = set;
+  }
 
   // Appends the character, or holds its byte back.
   void put(uint16_t code, std::string *utf8);

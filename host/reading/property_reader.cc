@@ -61,7 +61,8 @@ void PropertyReader::beginRun(int16_t format, VcardStream *stream, bool inPlace)
 void PropertyReader::begin() {
   end();
   place_ = Place::Label;
-  property_.clear();
+  property_.label = 0;
+  property_.name.clear();
   list_.clear();
   types_.clear();
   inSubLabel_ = false;
@@ -128,11 +129,19 @@ void PropertyReader::separator() {
 void PropertyReader::beginValue() {
   place_ = Place::Value;
   known_ = property_.label != 0 ? propertyOfLabel(property_.label, format_) : nullptr;
-  takeList();
-  line_ = nullptr;
-  muted_ = false;
-  if (section_) join();
-  if (!line_ && known_) property_.name = known_->name;
+  line_ = section_ ? noteOfLine() : nullptr;
+  muted_ = line_ && line_->dropped;
+  if (!line_ || inPlace_) takeList();
+  types_.clear();
+  property_.groupLabel.clear();
+  if (line_) {
+    join();
+  } else {
+    if (known_) property_.name = known_->name;
+    property_.group.clear();
+    property_.labelsGroup = false;
+    property_.extent.reset();
+  }
   fields_ = 0;
   fieldOpen_ = skipsField_ = blankHeld_ = false;
   breaks_ = 0;
@@ -143,6 +152,7 @@ void PropertyReader::beginValue() {
 // The text behind the label: the rest of a list of types, or all parameters of a property that the
 // filter doesn't know.
 void PropertyReader::takeList() {
+  property_.types = types_;
   if (property_.label == 0 && list_.starts_with(ParametersBegin) && list_.ends_with(ListEnd) &&
       list_.size() >= ParametersBegin.size() + ListEnd.size()) {
     const std::string_view text = std::string_view(list_).substr(
@@ -151,33 +161,38 @@ void PropertyReader::takeList() {
     splitParameters(text, ContentLines::MostParameters, &split);
     property_.parameters = parametersOf(split, VersionRules());
     property_.types = typesOf(property_.parameters);
-  } else if (!types_.empty()) {
-    property_.parameters.push_back({"TYPE", types_});
-    property_.types = types_;
+  } else {
+    property_.parameters.resize(types_.empty() ? 0 : 1);
+    for (Parameter &parameter : property_.parameters) {
+      parameter.name = "TYPE";
+      parameter.values = types_;
+    }
   }
-  types_.clear();
+}
+
+// The next note, if it is of the property whose head the calls have told; null when it isn't.
+const LineNote *PropertyReader::noteOfLine() {
+  if (!notes_->nextLine(&note_)) return nullptr;
+  const bool same = note_.callLabel == property_.label &&
+                    (property_.label != 0 || note_.callName == property_.name);
+  return same ? &note_ : nullptr;
 }
 
 void PropertyReader::join() {
-  if (!notes_->nextLine(&note_)) return;
-  const bool same = note_.callLabel == property_.label &&
-                    (property_.label != 0 || note_.callName == property_.name);
-  if (!same) return;
-  line_ = &note_;
-  muted_ = line_->dropped;
-  property_.label = line_->label;
-  property_.name = line_->name;
-  property_.group = line_->group;
+  const LineHead &head = *line_->head;
+  property_.label = head.label;
+  property_.name = head.name;
+  property_.group = head.group;
   property_.labelsGroup = line_->labelsGroup;
-  property_.parameters = line_->parameters;
-  if (!inPlace_) property_.types = line_->types;
+  property_.parameters = head.parameters;
+  if (!inPlace_) property_.types = head.types;
   property_.extent = line_->extent;
   for (const auto &[group, label] : section_->groupLabels) {
     if (group == property_.group && !property_.labelsGroup) property_.groupLabel = label;
   }
-  if (line_->callLabel != 0) known_ = knownProperty(line_->name, format_);
-  if (line_->callLabel == 0 || !known_ || known_->label != line_->callLabel) {
-    known_ = line_->callLabel != 0 ? propertyOfLabel(line_->callLabel, format_) : nullptr;
+  // Two properties can have one label.
+  if (line_->callLabel != 0 && head.known && head.known->label == line_->callLabel) {
+    known_ = head.known;
   }
 }
 
@@ -207,7 +222,7 @@ void PropertyReader::valueText(std::string_view utf8) {
     if (!utf8.empty()) events_.text(utf8);
     return;
   }
-  const KnownProperty *row = knownProperty(line_->name, format_);
+  const KnownProperty *row = line_->head->known;
   for (;;) {
     if (fields_ == 0) beginField(row && !row->fields.empty() ? row->fields[0] : 0);
     const size_t end = std::min(utf8.find(FieldDivider), utf8.size());
@@ -293,7 +308,7 @@ void PropertyReader::end() {
   }
   breaks_ = 0;
   if (line_ && line_->fieldsInText && !muted_) {
-    const KnownProperty *row = knownProperty(line_->name, format_);
+    const KnownProperty *row = line_->head->known;
     const size_t count = row ? row->fields.size() : 0;
     while (fields_ < std::max<size_t>(count, 1))
       beginField(fields_ < count ? row->fields[fields_] : 0);
@@ -318,7 +333,7 @@ void PropertyReader::object(const Extent &place, const std::string &title) {
     object.size = line_->dataSize;
     object.declaredType = line_->dataType;
     for (const char *name : {"FILENAME", "X-FILENAME", "X-APPLE-FILENAME"}) {
-      const std::string *own = valueOf(line_->parameters, name);
+      const std::string *own = valueOf(line_->head->parameters, name);
       if (own) {
         object.title = *own;
         break;

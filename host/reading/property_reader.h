@@ -59,6 +59,7 @@ class PropertyReader {
   bool isHead() const { return place_ == Place::Label || place_ == Place::List; }
   void beginValue();
   void takeList();
+  const LineNote *noteOfLine();
   void join();
   void valueText(std::string_view utf8);
   void valueBreak();

@@ -1,10 +1,10 @@
 #include "host/source/byte_source.h"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
 
 #include "host/io/open_io.h"
+#include "host/source/byte_search.h"
 
 namespace px {
 
@@ -30,7 +30,8 @@ bool ByteSource::readMore() {
 void ByteSource::restart() {
   base_ += next_;
   next_ = filled_ = limit_ = 0;
-  lineFeed_ = carriageReturn_ = Search();
+  searchedFrom_ = 1;
+  lineEnd_ = 0;
 }
 
 // What is behind the end may lie in the buffer too, for when the end moves.
@@ -45,22 +46,16 @@ void ByteSource::fill() {
   setLimit();
 }
 
-size_t ByteSource::find(char wanted, size_t limit, Search *search) const {
-  if (next_ < search->from || search->found < next_) {
-    const void *found = std::memchr(buffer_.get() + next_, wanted, limit - next_);
-    search->from = next_;
-    search->found =
-        found ? static_cast<size_t>(static_cast<const char *>(found) - buffer_.get()) : limit;
-  }
-  return search->found;
-}
-
 std::string_view ByteSource::readyInLine(bool *ended) {
   const std::string_view bytes = ready();
-  const size_t lineFeed = find('\n', filled_, &lineFeed_);
-  const size_t lineEnd = find('\r', lineFeed, &carriageReturn_);
-  *ended = lineEnd < limit_;
-  return bytes.substr(0, lineEnd - next_);
+  if (next_ < searchedFrom_ || lineEnd_ < next_) {
+    searchedFrom_ = next_;
+    lineEnd_ = next_ + lengthBefore({buffer_.get() + next_, filled_ - next_}, [](ByteVector b) {
+                 return isByte(b, '\r') | isByte(b, '\n');
+               });
+  }
+  *ended = lineEnd_ < limit_;
+  return bytes.substr(0, lineEnd_ - next_);
 }
 
 bool ByteSource::takeLineEnd() {

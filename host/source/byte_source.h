@@ -55,18 +55,10 @@ class ByteSource {
   void moveTo(const Place &place, uint64_t end);
 
  private:
-  // Where the next byte of a kind lies in the buffer: kept, so that it is looked for once however
-  // often somebody asks.
-  struct Search {
-    size_t from = 1;   // there is none from here
-    size_t found = 0;  // up to here; before `from`: nothing is known
-  };
-
   bool readMore();
   void restart();
   void setLimit();
   void fill();
-  size_t find(char wanted, size_t limit, Search *search) const;
 
   static constexpr uint32_t Capacity = 64 * 1024;
 
@@ -78,7 +70,10 @@ class ByteSource {
   size_t next_ = 0;
   size_t filled_ = 0;
   size_t limit_ = 0;  // filled_, or where the end lies before that
-  Search lineFeed_, carriageReturn_;
+  // Where the next line end lies in the buffer: kept, so that it is looked for once however often
+  // somebody asks.
+  size_t searchedFrom_ = 1;  // there is none from here
+  size_t lineEnd_ = 0;       // up to here; before `searchedFrom_`: nothing is known
   std::unique_ptr<char[]> buffer_;
 };
 

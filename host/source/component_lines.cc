@@ -18,7 +18,7 @@ bool isEntry(std::string_view name) {
 }
 
 void skipValue(ByteSource *source, const ContentLine &line) {
-  ValueBytes(source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+  ValueBytes(source, transferOf(line), FoldRule::DropsBlank).skip();
 }
 
 }  // namespace
@@ -119,6 +119,10 @@ void ComponentLines::passOver(std::string name) {
   ContentLine line;
   while (!open.empty()) {
     nested_.end = source_->place().position;
+    if (lines_->passPlainLine()) {
+      behindAgent = false;
+      continue;
+    }
     if (!lines_->next(&line)) return;
     if (!line.colon) continue;
     const bool begins = equalsNoCase(line.name, "BEGIN");

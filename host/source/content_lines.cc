@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/source/byte_search.h"
+#include "host/source/value_bytes.h"
+
 namespace px {
 namespace {
 
@@ -76,14 +79,28 @@ bool ContentLines::next(ContentLine *line) {
 bool ContentLines::nextInBuffer(ContentLine *line) {
   bool ended;
   const std::string_view bytes = source_->readyInLine(&ended);
-  const void *found = std::memchr(bytes.data(), ':', bytes.size());
-  if (!found) return false;
-  const auto size = static_cast<size_t>(static_cast<const char *>(found) - bytes.data());
-  if (size > LongestHead || std::memchr(bytes.data(), '"', size)) return false;
+  const size_t size =
+      lengthBefore(bytes, [](ByteVector b) { return isByte(b, ':') | isByte(b, '"'); });
+  if (size == bytes.size() || bytes[size] != ':' || size > LongestHead) return false;
   head_.assign(bytes, 0, size);
   source_->skip(size + 1);
   line->value = source_->place();
   split(head_, line);
+  return true;
+}
+
+bool ContentLines::passPlainLine() {
+  bool ended;
+  const std::string_view bytes = source_->readyInLine(&ended);
+  const char first = bytes.empty() ? '\0' : static_cast<char>(bytes[0] & ~0x20);
+  if (first < 'A' || first > 'Z' || first == 'A' || first == 'B' || first == 'E') return false;
+  const size_t size = lengthBefore(bytes, [](ByteVector b) {
+    return isByte(b, ':') | isByte(b, ';') | isByte(b, '.') | isByte(b, '"') | isByte(b, ' ') |
+           isByte(b, '\t');
+  });
+  if (size == bytes.size() || bytes[size] != ':' || size > LongestHead) return false;
+  source_->skip(bytes.size());
+  ValueBytes(source_, Transfer::Plain, FoldRule::DropsBlank).skip();
   return true;
 }
 
@@ -113,8 +130,17 @@ bool ContentLines::gather(ContentLine *line, Quotes quotes) {
 }
 
 void ContentLines::split(std::string_view head, ContentLine *line) {
-  const size_t end = std::min(head.find(';'), head.size());
+  line->head = head;
+  size_t end = lengthBefore(head, [](ByteVector b) {
+    return isByte(b, ';') | isByte(b, '.') | isByte(b, ' ') | isByte(b, '\t');
+  });
+  const bool plain = end == head.size() || head[end] == ';';
+  if (!plain) end = std::min(head.find(';'), head.size());
+  line->parameters = head.substr(std::min(end + 1, head.size()));
   std::string_view name = head.substr(0, end);
+  line->group = {};
+  line->name = name;
+  if (plain) return;
   if (std::any_of(name.begin(), name.end(), isBlank)) {
     name_ = name;
     std::erase_if(name_, isBlank);
@@ -123,10 +149,6 @@ void ContentLines::split(std::string_view head, ContentLine *line) {
   const size_t period = name.rfind('.');
   line->group = period == name.npos ? std::string_view() : name.substr(0, period);
   line->name = period == name.npos ? name : name.substr(period + 1);
-
-  line->parameters.clear();
-  line->parametersCut = end < head.size() &&
-                        !splitParameters(head.substr(end + 1), MostParameters, &line->parameters);
 }
 
 }  // namespace px

@@ -36,10 +36,10 @@ struct ContentLine {
   Place value;  // of the value's first byte
   Place end;    // of a line without a colon: of its line end
   bool colon = false;
+  std::string_view head;   // all that stands before the colon
   std::string_view group;  // "item1"; without its period
   std::string_view name;
-  std::vector<HeadParameter> parameters;
-  bool parametersCut = false;  // there are more than ContentLines::MostParameters
+  std::string_view parameters;  // behind the name and its semicolon, for splitParameters
 };
 
 class ContentLines {
@@ -56,6 +56,11 @@ class ContentLines {
   // Reads the next head, up to the place behind its colon; a line without a colon is read to its
   // end. The texts of `line` are valid until the next call. Answers false at the end of the input.
   bool next(ContentLine *line);
+
+  // Passes over the line that comes next where that is quickly done: its name has another first
+  // letter than BEGIN, END and AGENT have, and its head is short and plain. Answers false, with
+  // nothing taken, before any other line.
+  bool passPlainLine();
 
  private:
   enum class Quotes { Guard, Plain };

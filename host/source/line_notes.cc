@@ -4,9 +4,6 @@
 #include <cstring>
 #include <stdexcept>
 #include <type_traits>
-#include <unordered_set>
-
-#include "host/source/ascii_case.h"
 
 namespace px {
 namespace {
@@ -123,12 +120,7 @@ void visitLine(Note &note, Visit visit) {
   visit(note.dropped);
   visit(note.callLabel);
   visit(note.callName);
-  visit(note.label);
-  visit(note.name);
-  visit(note.group);
   visit(note.labelsGroup);
-  visit(note.parameters);
-  visit(note.types);
   visit(note.extent);
   visit(note.breakAdded);
   visit(note.fieldsInText);
@@ -137,6 +129,15 @@ void visitLine(Note &note, Visit visit) {
   visit(note.data);
   visit(note.dataSize);
   visit(note.dataType);
+}
+
+template <class Head, class Visit>
+void visitHead(Head &head, Visit visit) {
+  visit(head.label);
+  visit(head.name);
+  visit(head.group);
+  visit(head.parameters);
+  visit(head.types);
 }
 
 // The role comes first: notes of other roles are passed over by it.
@@ -165,34 +166,14 @@ void visitSection(Note &note, Visit visit) {
 
 }  // namespace
 
-std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
-  const auto isType = [](const Parameter &parameter) { return parameter.name == "TYPE"; };
-  const auto first = std::find_if(parameters.begin(), parameters.end(), isType);
-  if (first == parameters.end()) return {};
-  const bool isOnly = std::none_of(first + 1, parameters.end(), isType);
-  if (isOnly && first->values.size() == 1) return {inSmallLetters(first->values.front())};
-  std::vector<std::pair<int, std::string>> types;
-  for (const Parameter &parameter : parameters) {
-    if (parameter.name != "TYPE") continue;
-    for (const std::string &value : parameter.values) {
-      std::string small = inSmallLetters(value);
-      const int number = knownType(small);
-      types.emplace_back(number < 0 ? INT32_MAX : number, std::move(small));
-    }
-  }
-  std::stable_sort(types.begin(), types.end(),
-                   [](const auto &a, const auto &b) { return a.first < b.first; });
-  std::vector<std::string> names;
-  std::unordered_set<std::string> seen;
-  for (auto &[number, name] : types) {
-    if (seen.insert(name).second) names.push_back(std::move(name));
-  }
-  return names;
-}
-
 void LineNotes::add(const LineNote &note) {
   RecordWriter record(&record_);
   visitLine(note, [&](const auto &field) { record.put(field); });
+  const LineHead &head = *note.head;
+  const bool isNew = heads_.isNew(head.slot);
+  record.put(head.slot);
+  record.put(isNew);
+  if (isNew) visitHead(head, [&](const auto &field) { record.put(field); });
   lines_.append(record.finish());
   ++lineCount_;
 }
@@ -251,6 +232,8 @@ LineNoteReader::LineNoteReader(const LineNotes *notes)
     : lines_(&notes->lines_), summaries_(&notes->summaries_), sections_(&notes->sections_) {}
 
 bool LineNoteReader::nextSection(SectionNote *section) {
+  // Lines that nobody has read may have the heads of others.
+  for (LineNote passed; linesRead_ < section_.lineCount;) nextLine(&passed);
   const auto bytes = sections_.next();
   if (!bytes) return false;
   RecordReader record(*bytes);
@@ -267,6 +250,16 @@ bool LineNoteReader::nextLine(LineNote *line) {
   ++linesRead_;
   RecordReader record(lines_.next().value());
   visitLine(*line, [&](auto &field) { record.take(&field); });
+  uint8_t slot;
+  bool isNew;
+  record.take(&slot);
+  record.take(&isNew);
+  LineHead &head = heads_[slot];
+  if (isNew) {
+    visitHead(head, [&](auto &field) { record.take(&field); });
+    head.known = knownProperty(head.name, section_.format);
+  }
+  line->head = &head;
   return true;
 }
 

@@ -5,6 +5,7 @@
 #ifndef PX_HOST_SOURCE_LINE_NOTES_H
 #define PX_HOST_SOURCE_LINE_NOTES_H
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,24 +14,16 @@
 #include <vector>
 
 #include "host/io/spool_file.h"
+#include "host/source/line_heads.h"
 #include "host/source/property_table.h"
 
 namespace px {
-
-struct Parameter {
-  std::string name;                 // in capitals; "TYPE" for a type without a name
-  std::vector<std::string> values;  // quotes and escapes undone
-};
 
 // A stretch of the file, in bytes.
 struct Extent {
   uint64_t offset = 0;
   uint64_t length = 0;
 };
-
-// Adds to `types` the type names among the parameters, in small letters: the known ones first, in
-// the order in which the filter writes them.
-std::vector<std::string> typesOf(const std::vector<Parameter> &parameters);
 
 // A line of the view that has output in the listing.
 struct LineNote {
@@ -40,12 +33,8 @@ struct LineNote {
   uint32_t callLabel = 0;
   std::string callName;
 
-  uint32_t label = 0;  // of the property itself; 0: it has none
-  std::string name;    // as the file writes it
-  std::string group;
-  bool labelsGroup = false;  // an X-ABLabel line behind a property of its group
-  std::vector<Parameter> parameters;
-  std::vector<std::string> types;  // what typesOf says of them
+  const LineHead *head = nullptr;  // never null in a note that is added or read
+  bool labelsGroup = false;        // an X-ABLabel line behind a property of its group
   std::optional<Extent> extent;
 
   bool breakAdded = false;     // a line end was put behind the value
@@ -92,6 +81,9 @@ class LineNotes {
   // Sets the positions and counts of `section` to what was added since the last one.
   void add(SectionNote section);
 
+  // Where the heads of lines are put before their notes are added.
+  LineHeads *heads() { return &heads_; }
+
   uint64_t sectionCount() const { return sectionCount_; }
 
   void clear() { *this = LineNotes(); }
@@ -100,6 +92,7 @@ class LineNotes {
   friend class LineNoteReader;
 
   SpoolFile lines_, summaries_, sections_;
+  LineHeads heads_;
   std::string record_;  // the one that is being added
   uint64_t sectionCount_ = 0;
   uint64_t firstLine_ = 0;
@@ -135,13 +128,15 @@ class LineNoteReader {
   explicit LineNoteReader(const LineNotes *notes);
 
   // Answer false when there is none left, in the section for lines and summary lines. The summary
-  // lines of one role are read in order; those of another start from the section's first again.
+  // lines of one role are read in order; those of another start from the section's first again. A
+  // line's head stays until the next line is read.
   bool nextSection(SectionNote *section);
   bool nextLine(LineNote *line);
   bool nextSummary(SummaryRole role, SummaryNote *summary);
 
  private:
   RecordSpool lines_, summaries_, sections_;
+  std::array<LineHead, LineHeads::Slots> heads_;
   SectionNote section_;
   uint32_t linesRead_ = 0;
   uint32_t summariesRead_ = 0;

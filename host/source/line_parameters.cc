@@ -96,6 +96,13 @@ Transfer transferOf(const std::vector<HeadParameter> &parameters) {
   return transfer;
 }
 
+Transfer transferOf(const ContentLine &line) {
+  if (line.parameters.empty()) return Transfer::Plain;
+  std::vector<HeadParameter> parameters;
+  splitParameters(line.parameters, ContentLines::MostParameters, &parameters);
+  return transferOf(parameters);
+}
+
 std::vector<Parameter> parametersOf(const std::vector<HeadParameter> &parameters,
                                     const VersionRules &rules) {
   std::vector<Parameter> result;

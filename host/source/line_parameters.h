@@ -25,6 +25,9 @@ VersionRules rulesOf(std::string_view version, bool calendar);
 // How the value is encoded, whatever the version calls that.
 Transfer transferOf(const std::vector<HeadParameter> &parameters);
 
+// The same for a whole line.
+Transfer transferOf(const ContentLine &line);
+
 // All parameters by name, those without one under what they are: an encoding, a kind of value or a
 // type. Texts are bytes as they stand in the file.
 std::vector<Parameter> parametersOf(const std::vector<HeadParameter> &parameters,

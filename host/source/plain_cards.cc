@@ -21,6 +21,7 @@ namespace {
 
 constexpr size_t kLongestField = 255;
 constexpr uint32_t kSummarySlots = 10;  // telephone numbers and mail addresses of a summary
+constexpr uint32_t kVersionLabel = 79411;
 constexpr std::string_view kVersion = "VERSION:2.1";
 
 bool isNameCharacter(char c) {
@@ -181,39 +182,14 @@ class PlainReader {
     const uint64_t start = source_.place().position;
     const size_t colon = text->find(':');
     if (colon == text->npos) return false;
-    const size_t nameEnd = std::min(text->find(';'), colon);
-    const std::string_view name = text->substr(0, nameEnd);
-    if (name.empty() || name.size() > kLongestField ||
-        !std::all_of(name.begin(), name.end(), isNameCharacter) || equalsNoCase(name, "BEGIN") ||
-        equalsNoCase(name, "END") || equalsNoCase(name, "AGENT") ||
-        (equalsNoCase(name, "VERSION") && !equalsNoCase(*text, kVersion))) {
-      return false;
-    }
-    head_.clear();
-    if (nameEnd < colon) {
-      const std::string_view rest = text->substr(nameEnd + 1, colon - nameEnd - 1);
-      if (!splitParameters(rest, ContentLines::MostParameters, &head_)) return false;
-    }
-    for (const HeadParameter &parameter : head_) {
-      const bool named = !parameter.name.empty();
-      if (named && !equalsNoCase(parameter.name, "TYPE") &&
-          !equalsNoCase(parameter.name, "ENCODING")) {
-        return false;
-      }
-      if (!isParameterWord(parameter.value)) return false;
-      const bool isType = knownType(parameter.value) >= 0;
-      if (named && isType != equalsNoCase(parameter.name, "TYPE")) return false;
-      if (!isType && transferOf({parameter}) == Transfer::Plain) return false;
-    }
-
-    known_ = knownProperty(name, VcardFormatVcard);
     note_ = LineNote();
-    note_.name = name;
-    note_.callLabel = note_.label = known_ ? known_->label : 0;
-    if (!known_) note_.callName = name;
-    note_.parameters = parametersOf(head_, VersionRules());
-    note_.types = typesOf(note_.parameters);
-    const Transfer transfer = transferOf(head_);
+    note_.head = headOf(text->substr(0, colon));
+    if (!note_.head) return false;
+    known_ = note_.head->known;
+    if (note_.head->label == kVersionLabel && !equalsNoCase(*text, kVersion)) return false;
+    note_.callLabel = note_.head->label;
+    if (!known_) note_.callName = note_.head->name;
+    const Transfer transfer = note_.head->transfer;
     if (transfer == Transfer::Base64) return readObject(start, *text, colon + 1);
 
     const std::string_view value = text->substr(colon + 1);
@@ -223,6 +199,43 @@ class PlainReader {
     if (source_.peek() == ' ' || source_.peek() == '\t') return false;
     notes_.add(note_);
     return countRole();
+  }
+
+  // Null for a head that the filter would read in its own way.
+  const LineHead *headOf(std::string_view text) {
+    LineHeads *heads = notes_.heads();
+    if (const LineHead *kept = heads->find(text, 0)) return kept;
+    const size_t nameEnd = std::min(text.find(';'), text.size());
+    const std::string_view name = text.substr(0, nameEnd);
+    if (name.empty() || name.size() > kLongestField ||
+        !std::all_of(name.begin(), name.end(), isNameCharacter) || equalsNoCase(name, "BEGIN") ||
+        equalsNoCase(name, "END") || equalsNoCase(name, "AGENT")) {
+      return nullptr;
+    }
+    std::vector<HeadParameter> parameters;
+    if (nameEnd < text.size() &&
+        !splitParameters(text.substr(nameEnd + 1), ContentLines::MostParameters, &parameters)) {
+      return nullptr;
+    }
+    for (const HeadParameter &parameter : parameters) {
+      const bool named = !parameter.name.empty();
+      if (named && !equalsNoCase(parameter.name, "TYPE") &&
+          !equalsNoCase(parameter.name, "ENCODING")) {
+        return nullptr;
+      }
+      if (!isParameterWord(parameter.value)) return nullptr;
+      const bool isType = knownType(parameter.value) >= 0;
+      if (named && isType != equalsNoCase(parameter.name, "TYPE")) return nullptr;
+      if (!isType && transferOf({parameter}) == Transfer::Plain) return nullptr;
+    }
+    LineHead *head = heads->put(text, 0);
+    head->known = knownProperty(name, VcardFormatVcard);
+    head->label = head->known ? head->known->label : 0;
+    head->name = name;
+    head->transfer = transferOf(parameters);
+    head->parameters = parametersOf(parameters, VersionRules());
+    head->types = typesOf(head->parameters);
+    return head;
   }
 
   bool isPlainValue(std::string_view value, Transfer transfer) const {
@@ -299,7 +312,7 @@ class PlainReader {
     section_.summaryRoles |= 1u << static_cast<int>(known_->role);
     SummaryNote summary;
     summary.role = known_->role;
-    summary.types = note_.types;
+    summary.types = note_.head->types;
     notes_.add(summary);
     return ++roles_[static_cast<size_t>(known_->role)] <= kSummarySlots;
   }
@@ -310,7 +323,6 @@ class PlainReader {
   std::array<uint32_t, static_cast<size_t>(SummaryRole::Status) + 1> roles_{};
 
   // Of the current line.
-  std::vector<HeadParameter> head_;
   const KnownProperty *known_ = nullptr;
   LineNote note_;
 };

@@ -106,9 +106,10 @@ bool PropertyView::isIndexed() const {
 
 void PropertyView::add(const ContentLine &line) {
   start_ = line.start;
-  known_ = knownProperty(line.name, format_);
-  transfer_ = transferOf(line.parameters);
-  noteHead(line);
+  note_ = LineNote();
+  note_.head = headOf(line);
+  known_ = note_.head->known;
+  transfer_ = note_.head->transfer;
 
   separator_ = 0;
   if (known_ && (known_->form == PropertyForm::Rows || known_->form == PropertyForm::Lines)) {
@@ -128,21 +129,33 @@ void PropertyView::add(const ContentLine &line) {
   }
 }
 
-void PropertyView::noteHead(const ContentLine &line) {
-  note_ = LineNote();
-  note_.label = known_ ? known_->label : 0;
-  note_.name = headText(line.name);
-  note_.group = headText(line.group);
-  note_.parameters = parametersOf(line.parameters, rules_);
-  for (Parameter &parameter : note_.parameters) {
+// Only a head that can be read without a fault is kept: each line tells its own.
+const LineHead *PropertyView::headOf(const ContentLine &line) {
+  const auto rules =
+      static_cast<uint32_t>(format_ << 2 | rules_.escapes << 1 | rules_.caretEscapes);
+  LineHeads *heads = notes_->heads();
+  if (const LineHead *kept = heads->find(line.head, rules)) return kept;
+  std::vector<HeadParameter> given;
+  const bool isWhole = splitParameters(line.parameters, ContentLines::MostParameters, &given);
+  size_t open;
+  const bool good = isUtf8(line.head, &open) && open == 0 && isWhole;
+  LineHead *head = heads->put(good ? line.head : std::string_view(), rules);
+  head->known = knownProperty(line.name, format_);
+  head->label = head->known ? head->known->label : 0;
+  head->name = headText(line.name);
+  head->group = headText(line.group);
+  head->transfer = transferOf(given);
+  head->parameters = parametersOf(given, rules_);
+  for (Parameter &parameter : head->parameters) {
     parameter.name = headText(parameter.name);
     for (std::string &value : parameter.values) value = headText(value);
   }
-  note_.types = typesOf(note_.parameters);
-  if (line.parametersCut) {
+  head->types = typesOf(head->parameters);
+  if (!isWhole) {
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
   }
+  return head;
 }
 
 std::string PropertyView::headText(std::string_view bytes) {
@@ -167,7 +180,7 @@ bool PropertyView::takeAgentsCard(const ContentLine &line, SpoolFile *text) {
   if (!equalsNoCase(line.name, "AGENT") || !rules_.escapes) return false;
   constexpr std::string_view begin = "BEGIN:VCARD\\N";
   if (!equalsNoCase(source_->lookAhead(begin.size()), begin)) return false;
-  ValueBytes value(source_, transferOf(line.parameters), rules_.fold);
+  ValueBytes value(source_, transferOf(line), rules_.fold);
   ValueText unescape(true, 0);
   for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
     text_.clear();
@@ -273,7 +286,7 @@ void PropertyView::addObject(bool percents) {
   note_.data = extentOf(first, last);
   if (!note_.data) note_.data = Extent();
   note_.dataSize = digits * 3 / 4;
-  if (note_.dataType.empty()) note_.dataType = declaredType(note_.parameters);
+  if (note_.dataType.empty()) note_.dataType = declaredType(note_.head->parameters);
   notes_->add(note_);
 }
 
@@ -332,7 +345,7 @@ void PropertyView::decodeBase64() {
 }
 
 void PropertyView::beginDecoder(bool isUtf8) {
-  const std::string *charset = valueOf(note_.parameters, "CHARSET");
+  const std::string *charset = valueOf(note_.head->parameters, "CHARSET");
   if (charset && !(file_->unicode && transfer_ == Transfer::Plain)) {
     if (equalsNoCase(*charset, "UTF-8")) return decoder_.beginUtf8();
     if (decoder_.begin(*charset)) return;
@@ -344,7 +357,7 @@ void PropertyView::beginDecoder(bool isUtf8) {
 
 // Writes the value in text_.
 void PropertyView::addWhole() {
-  if (!note_.group.empty()) noteGroup();
+  if (!note_.head->group.empty()) noteGroup();
   if (!known_) return putPlainLine(text_);
   if (separator_ != 0) return addFields();
 
@@ -391,13 +404,14 @@ void PropertyView::putText(std::string_view text) {
 // An X-ABLabel line tells how the other lines of its group are called: the first one does.
 void PropertyView::noteGroup() {
   std::vector<std::pair<std::string, std::string>> &labels = section_->groupLabels;
-  const bool known = std::find(groups_.begin(), groups_.end(), note_.group) != groups_.end();
-  if (!equalsNoCase(note_.name, "X-ABLABEL")) {
-    if (!known && groups_.size() < SectionNote::MaxGroupLabels) groups_.push_back(note_.group);
+  const bool known = std::find(groups_.begin(), groups_.end(), note_.head->group) != groups_.end();
+  if (!equalsNoCase(note_.head->name, "X-ABLABEL")) {
+    if (!known && groups_.size() < SectionNote::MaxGroupLabels)
+      groups_.push_back(note_.head->group);
   } else if (known && text_.size() <= kLongestField &&
              std::none_of(labels.begin(), labels.end(),
-                          [this](const auto &label) { return label.first == note_.group; })) {
-    labels.emplace_back(note_.group, text_);
+                          [this](const auto &label) { return label.first == note_.head->group; })) {
+    labels.emplace_back(note_.head->group, text_);
     note_.labelsGroup = true;
   }
 }
@@ -411,7 +425,8 @@ void PropertyView::endLine(uint64_t valueStart, bool isCut) {
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->add(SummaryNote{known_->role, note_.types, {valueStart, valueEnd - valueStart}, isCut});
+    notes_->add(
+        SummaryNote{known_->role, note_.head->types, {valueStart, valueEnd - valueStart}, isCut});
   }
 }
 
@@ -529,7 +544,7 @@ void PropertyView::putForSummary(Put put) {
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  note_.types = whole.types;
+  note_.head = whole.head;
   put();
   note_ = whole;
 }
@@ -543,6 +558,7 @@ void PropertyView::endSection() {
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
+  note_.head = notes_->heads()->put({}, 0);
   putText(nameFromParts_);
 }
 
@@ -553,7 +569,7 @@ void PropertyView::putHead(bool encoded) {
                      known_->role == SummaryRole::Telephone || known_->role == SummaryRole::Email ||
                      known_->form == PropertyForm::Key;
   if (typed) {
-    for (const std::string &type : note_.types) {
+    for (const std::string &type : note_.head->types) {
       if (knownType(type) >= 0) view_->put(";TYPE=" + type);
     }
   }
@@ -570,11 +586,11 @@ void PropertyView::putPlainLine(std::string_view text) {
 // The property's name if the filter doesn't know it, so that it writes the name itself.
 void PropertyView::putPlainHead() {
   // AGENT stands in no row, and the filter never shows one.
-  if (known_ || equalsNoCase(note_.name, "AGENT")) {
-    note_.callName = "X-" + inCapitals(note_.name);
+  if (known_ || equalsNoCase(note_.head->name, "AGENT")) {
+    note_.callName = "X-" + inCapitals(note_.head->name);
   } else {
     // A colon between quotes would end the name.
-    note_.callName = cut(note_.name);
+    note_.callName = cut(note_.head->name);
     std::erase(note_.callName, ':');
   }
   note_.callLabel = 0;

@@ -55,7 +55,7 @@ class PropertyView {
 
  private:
   void fault(const std::string &text) const { (*faults_)(start_.line, text); }
-  void noteHead(const ContentLine &line);
+  const LineHead *headOf(const ContentLine &line);
   std::string headText(std::string_view bytes);
   std::optional<Extent> extentOf(uint64_t from, uint64_t end) const;
 

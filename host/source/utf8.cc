@@ -9,24 +9,6 @@ namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
 
-// Decodes the character at `text`, which is valid, and stores its length in bytes.
-char32_t decodeOne(std::string_view text, size_t *length) {
-  const auto first = static_cast<uint8_t>(text[0]);
-  *length = utf8Length(first);
-  if (*length == 1) return first;
-  char32_t character = first & (0x7Fu >> *length);
-  for (size_t i = 1; i < *length; ++i) {
-    character = character << 6 | (static_cast<uint8_t>(text[i]) & 0x3F);
-  }
-  return character;
-}
-
-bool drivesTerminal(char32_t character) {
-  return character < 0x20 || (0x7F <= character && character <= 0x9F) ||
-         (0x2028 <= character && character <= 0x202E) ||
-         (0x2066 <= character && character <= 0x2069);
-}
-
 }  // namespace
 
 size_t utf8Length(uint8_t byte) {
@@ -76,6 +58,17 @@ size_t printableAsciiLength(std::string_view text) {
   return lengthBefore(text, [](ByteVector b) { return ByteVector(b - ' ' > '~' - ' '); });
 }
 
+char32_t firstCharacter(std::string_view utf8, size_t *length) {
+  const auto first = static_cast<uint8_t>(utf8[0]);
+  *length = utf8Length(first);
+  if (*length == 1) return first;
+  char32_t character = first & (0x7Fu >> *length);
+  for (size_t i = 1; i < *length; ++i) {
+    character = character << 6 | (static_cast<uint8_t>(utf8[i]) & 0x3F);
+  }
+  return character;
+}
+
 void appendUtf8(char32_t character, std::string *utf8) {
   if (character > 0x10FFFF || (0xD800 <= character && character <= 0xDFFF)) {
     character = kReplacement;
@@ -105,7 +98,7 @@ void appendPrintable(std::string_view utf8, std::string *to) {
     if (isPrintableAscii(utf8.front())) {
       length = printableAsciiLength(utf8);
       to->append(utf8, 0, length);
-    } else if (drivesTerminal(decodeOne(utf8, &length))) {
+    } else if (drivesTerminal(firstCharacter(utf8, &length))) {
       appendUtf8(kReplacement, to);
     } else {
       to->append(utf8, 0, length);

@@ -29,9 +29,18 @@ size_t printableAsciiLength(std::string_view text);
 // Appends a character in UTF-8; U+FFFD for a number that is no character.
 void appendUtf8(char32_t character, std::string *utf8);
 
-// Appends `utf8`, which is valid UTF-8, with U+FFFD in place of each character that drives a
-// terminal instead of showing: control characters, tab and newline included, line separators, and
-// those that override the direction of writing.
+// Decodes the character at the head of `utf8`, which is valid, and stores its length in bytes.
+char32_t firstCharacter(std::string_view utf8, size_t *length);
+
+// Whether a character drives a terminal instead of showing: control characters, tab and newline
+// included, line separators, and those that override the direction of writing.
+inline bool drivesTerminal(char32_t character) {
+  return character < 0x20 || (0x7F <= character && character <= 0x9F) ||
+         (0x2028 <= character && character <= 0x202E) ||
+         (0x2066 <= character && character <= 0x2069);
+}
+
+// Appends `utf8`, which is valid UTF-8, with U+FFFD in place of each character that does.
 void appendPrintable(std::string_view utf8, std::string *to);
 
 // How many columns valid UTF-8 takes on a terminal, each character counted as one.

@@ -46,10 +46,12 @@ bool ValueBytes::endLine() {
 
 std::string_view ValueBytes::nextPlain() {
   for (;;) {
-    bool ended;
-    const std::string_view bytes = source_->readyInLine(&ended);
-    source_->skip(bytes.size());
-    if (!bytes.empty()) return bytes;
+    if (!atLineEnd_) {
+      const std::string_view bytes = source_->readyInLine(&atLineEnd_);
+      source_->skip(bytes.size());
+      if (!bytes.empty()) return bytes;
+    }
+    atLineEnd_ = false;
     if (!endLine()) return {};
     if (rule_ == FoldRule::KeepsBlank) return " ";
   }

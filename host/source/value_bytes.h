@@ -50,6 +50,7 @@ class ValueBytes {
   FoldRule rule_;
   bool protect_;
   bool ended_ = false;
+  bool atLineEnd_ = false;  // the source is known to stand there
   bool padded_ = false;  // a "=" has been met in Base64
   Place end_;
   std::string decoded_;

@@ -68,7 +68,7 @@ void ViewBuilder::build() {
         continue;
       }
     } else if (line.colon) {
-      ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+      ValueBytes(&source, transferOf(line), FoldRule::DropsBlank).skip();
     }
     if (outsideLine_ == 0) outsideLine_ = line.start.line;
   }
@@ -119,7 +119,7 @@ void ViewBuilder::buildCalendar(const Place &begin) {
     if (equalsNoCase(line.name, "BEGIN")) {
       if (!takeComponentName(&source).empty()) buildComponent(start, behind.position, number);
     } else {
-      ValueBytes(&source, transferOf(line.parameters), FoldRule::DropsBlank).skip();
+      ValueBytes(&source, transferOf(line), FoldRule::DropsBlank).skip();
     }
   }
   source.moveTo(behind);
@@ -220,7 +220,7 @@ std::string ViewBuilder::versionOf(Input *input, const std::string &name) {
       continue;
     }
     found = equalsNoCase(line.name, "VERSION");
-    ValueBytes value(&input->source, transferOf(line.parameters), FoldRule::DropsBlank);
+    ValueBytes value(&input->source, transferOf(line), FoldRule::DropsBlank);
     for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
       if (found) version.append(piece, 0, longest - version.size());
     }
@@ -256,28 +256,36 @@ void ViewBuilder::closeDocument() {
   format_ = 0;
 }
 
-// Looks through the whole file once, when the first text is met that names no set and isn't UTF-8.
+// Goes through the file, when the first text is met that names no set and isn't UTF-8, until it has
+// seen enough of such texts: whoever writes cards stays with one set.
 const std::string &ViewBuilder::guessedCharset() {
   if (!guess_.empty()) return guess_;
-  constexpr size_t sample = 64 * 1024;
+  constexpr size_t enough = 64 * 1024;  // bytes
   CharsetGuess guess;
   ByteSource source(unicode_.io(), kNoEnd);
   ContentLines lines(&source);
   ContentLine line;
+  std::vector<HeadParameter> given;
   std::string text;
-  while (lines.next(&line)) {
+  size_t seen = 0;
+  while (seen < enough && lines.next(&line)) {
     if (!line.colon) continue;
-    const Transfer transfer = transferOf(line.parameters);
-    const std::vector<Parameter> parameters = parametersOf(line.parameters, VersionRules());
+    given.clear();
+    splitParameters(line.parameters, ContentLines::MostParameters, &given);
+    const Transfer transfer = transferOf(given);
+    const std::vector<Parameter> parameters = parametersOf(given, VersionRules());
     ValueBytes value(&source, transfer, FoldRule::DropsBlank);
     if (transfer != Transfer::Base64 && !valueOf(parameters, "CHARSET")) {
       text.clear();
       for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
-        text.append(piece, 0, sample - text.size());
-        if (text.size() == sample) break;
+        text.append(piece, 0, enough - seen - text.size());
+        if (seen + text.size() == enough) break;
       }
       size_t open;
-      if (!isUtf8(text, &open)) guess.put(text);
+      if (!isUtf8(text, &open)) {
+        guess.put(text);
+        seen += text.size();
+      }
     }
     value.skip();
   }

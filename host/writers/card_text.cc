@@ -27,6 +27,8 @@ void addTo(std::string *list, std::string_view entry) {
   *list += entry;
 }
 
+const PropertyHead kNoHead;
+
 // Which lines of the summary stand together.
 int blockOf(SummaryKind kind) {
   switch (kind) {
@@ -50,7 +52,8 @@ bool isHeading(SummaryKind kind) {
 CardText::CardText(const TextLook &look, ContentTypeOf contentTypeOf, TextSink sink)
     : look_(look),
       contentTypeOf_(std::move(contentTypeOf)),
-      lines_(look.columns(), std::move(sink)) {}
+      lines_(look.columns(), std::move(sink)),
+      head_(&kNoHead) {}
 
 void CardText::finish() {
   endSection();
@@ -76,8 +79,9 @@ void CardText::endSection() {
   endSummaryLine({});
   endProperty();
   for (Row &row : std::exchange(last_, {})) {
-    head_ = PropertyHead();
-    head_.label = std::move(row.label);
+    ownHead_ = PropertyHead();
+    ownHead_.label = std::move(row.label);
+    head_ = &ownHead_;
     place_ = Place::Text;
     putLines(row.value);
     endProperty();
@@ -156,15 +160,15 @@ void CardText::moveToSummary() {
 void CardText::beginProperty(const Property &property) {
   endProperty();
   if (!inSection_ || !isShown_ || property.labelsGroup) return;
-  head_ = headOf(property);
-  place_ = head_.isDate ? Place::Date : head_.isLast && !isAlarm_ ? Place::Last : Place::Text;
+  head_ = &heads_.of(property);
+  place_ = head_->isDate ? Place::Date : head_->isLast && !isAlarm_ ? Place::Last : Place::Text;
 }
 
 void CardText::beginField(uint32_t label) {
   if (place_ == Place::Nowhere || inSummary_) return;
   putHeld();
   if (place_ != Place::Last)
-    place_ = head_.isDate || label == kRunTimeId ? Place::Date : Place::Text;
+    place_ = head_->isDate || label == kRunTimeId ? Place::Date : Place::Text;
   fieldLabel_ = tr(labelText(label));
   isOpen_ = false;
   breaks_ = 0;
@@ -174,10 +178,10 @@ void CardText::object(const PlacedObject &object) {
   if (place_ == Place::Nowhere || inSummary_) return;
   putHeld();
   place_ = Place::Text;
-  if (!head_.isKey) head_.additions.clear();
+  if (!head_->isKey) changeHead()->additions.clear();
   const ObjectContent content = examineContent(object, contentTypeOf_);
   put("[");
-  put(object.title.empty() ? head_.label : object.title);
+  put(object.title.empty() ? head_->label : object.title);
   put(": ");
   put(contentKind(content.type));
   put(", ");
@@ -186,18 +190,24 @@ void CardText::object(const PlacedObject &object) {
 }
 
 void CardText::lateParameter(const Parameter &parameter) {
-  if (place_ != Place::Nowhere) addParameter(parameter, &head_);
+  if (place_ != Place::Nowhere) addParameter(parameter, changeHead());
+}
+
+PropertyHead *CardText::changeHead() {
+  if (head_ != &ownHead_) ownHead_ = *head_;
+  head_ = &ownHead_;
+  return &ownHead_;
 }
 
 void CardText::endProperty() {
   if (place_ == Place::Nowhere) return;
   if (place_ == Place::Last && !held_.empty() && last_.size() < kMostLast) {
-    last_.push_back({head_.heading(), std::exchange(held_, {})});
+    last_.push_back({head_->heading(), std::exchange(held_, {})});
   }
   putHeld();
-  if (isOpen_ && !head_.timeZone.empty()) put(" " + head_.timeZone);
+  if (isOpen_ && !head_->timeZone.empty()) put(" " + head_->timeZone);
   if (labelWritten_) {
-    for (const Row &row : head_.rows) {
+    for (const Row &row : head_->rows) {
       fieldLabel_ = row.label;
       isOpen_ = false;
       breaks_ = 0;
@@ -209,17 +219,17 @@ void CardText::endProperty() {
   fieldLabel_ = {};
   labelWritten_ = isOpen_ = false;
   breaks_ = 0;
-  head_ = PropertyHead();
+  head_ = &kNoHead;
 }
 
 void CardText::moveToValue() {
   if (!labelWritten_) {
     beginListing();
     if (isAlarm_) {
-      writeSubLabel(head_.heading());
+      writeSubLabel(head_->heading());
     } else {
       lines_.setIndent(kLabelIndent);
-      writeStyled(head_.heading(), kDim);
+      writeStyled(head_->heading(), kDim);
     }
     labelWritten_ = true;
   }
@@ -324,7 +334,7 @@ void CardText::putHeld() {
   }
   const std::string text = std::exchange(held_, {});
   if (place_ != Place::Date) return putLines(text);
-  const auto date = readableDate(text, head_.omittedYear);
+  const auto date = readableDate(text, head_->omittedYear);
   if (date && separated_) put(" ");
   put(date ? *date : text);
   separated_ = false;

@@ -68,6 +68,7 @@ class CardText : public CardEvents {
     Last,  // held until the section's end
   };
 
+  PropertyHead *changeHead();
   void put(std::string_view utf8);
   void putLines(std::string_view utf8);
   void holdDates(std::string_view utf8);
@@ -106,7 +107,9 @@ class CardText : public CardEvents {
   bool divided_ = false;                       // an empty line of the address stands above
   bool underline_ = false;                     // the line is the heading
 
-  PropertyHead head_;  // its label waits for a value
+  PropertyHeads heads_;
+  const PropertyHead *head_;  // its label waits for a value
+  PropertyHead ownHead_;      // one that is nobody else's
   bool labelWritten_ = false;
   std::string_view fieldLabel_;  // waits likewise
   std::vector<Row> last_;

@@ -14,12 +14,17 @@ namespace {
 constexpr size_t kMaxHeld = 8192;
 constexpr size_t kMaxLine = 4096;  // bytes: characters without a width would make it endless
 constexpr size_t kNone = std::string::npos;
+constexpr std::string_view kReplacement = "\uFFFD";
 
 struct Character {
   char32_t code;
   size_t length;  // in bytes
   uint32_t width;
 };
+
+uint32_t widthOf(char32_t code) {
+  return static_cast<uint32_t>(utf8proc_charwidth(static_cast<utf8proc_int32_t>(code)));
+}
 
 // Answers the character at the start of `utf8`.
 Character characterAt(std::string_view utf8) {
@@ -28,13 +33,50 @@ Character characterAt(std::string_view utf8) {
                                        static_cast<utf8proc_ssize_t>(utf8.size()), &code);
   if (length <= 0) return {0xFFFD, 1, 1};
   return {static_cast<char32_t>(code), static_cast<size_t>(length),
-          static_cast<uint32_t>(utf8proc_charwidth(code))};
+          widthOf(static_cast<char32_t>(code))};
 }
 
 // Kana and ideographs are written without blanks: a line can break before each.
 bool canBeginLine(char32_t code) {
   return (0x3041 <= code && code <= 0x9FFF) || (0xF900 <= code && code <= 0xFAFF) ||
          (0x20000 <= code && code <= 0x3FFFF);
+}
+
+// The head of a text, and how many columns it takes.
+struct Stretch {
+  size_t length;
+  size_t columns;
+};
+
+// How many bytes so many characters have at the head of a longer text.
+size_t lengthOf(std::string_view utf8, size_t characters) {
+  size_t end = 0;
+  for (++characters;; ++end) {
+    if ((utf8[end] & 0xC0) != 0x80 && --characters == 0) return end;
+  }
+}
+
+Stretch asciiStretch(std::string_view utf8) {
+  const size_t plain = printableAsciiLength(utf8);
+  return {plain, plain};
+}
+
+// Of characters that take one column each, and before which no line can begin but behind a blank.
+Stretch singleColumnStretch(std::string_view utf8) {
+  Stretch stretch = {0, 0};
+  for (;;) {
+    const size_t plain = printableAsciiLength(utf8.substr(stretch.length));
+    stretch.length += plain;
+    stretch.columns += plain;
+    if (stretch.length == utf8.size()) return stretch;
+    do {
+      size_t length;
+      const char32_t code = firstCharacter(utf8.substr(stretch.length), &length);
+      if (drivesTerminal(code) || canBeginLine(code) || widthOf(code) != 1) return stretch;
+      stretch.length += length;
+      ++stretch.columns;
+    } while (stretch.length < utf8.size() && !isPrintableAscii(utf8[stretch.length]));
+  }
 }
 
 }  // namespace
@@ -63,64 +105,69 @@ size_t lengthWithin(std::string_view utf8, uint32_t columns) {
   return end;
 }
 
+// Text is added in stretches of characters that take a column each; other ones come one by one. A
+// line that can grow too long for kMaxLine is given up piece by piece, in ASCII.
 void WrappedLines::write(std::string_view utf8) {
-  for (;;) {
-    const size_t plain = printableAsciiLength(utf8);
-    writePlain(utf8.substr(0, plain));
-    utf8.remove_prefix(plain);
-    if (utf8.empty()) return;
-    const auto next = std::find_if(utf8.begin(), utf8.end(), isPrintableAscii);
-    const auto other = static_cast<size_t>(next - utf8.begin());
-    printable_.clear();
-    appendPrintable(utf8.substr(0, other), &printable_);
-    writeOther(printable_);
-    utf8.remove_prefix(other);
+  while (!utf8.empty()) {
+    const bool inAscii = lineSize() + utf8.size() > kMaxLine;
+    const Stretch stretch = inAscii ? asciiStretch(utf8) : singleColumnStretch(utf8);
+    writeStretch(utf8.substr(0, stretch.length), stretch.columns);
+    utf8.remove_prefix(stretch.length);
+    if (!utf8.empty()) utf8.remove_prefix(writeCharacter(utf8));
   }
 }
 
-void WrappedLines::writePlain(std::string_view text) {
+void WrappedLines::writeStretch(std::string_view text, size_t columns) {
   while (!text.empty()) {
-    const size_t length = std::min<size_t>({text.size(), width_ - column_, kMaxLine});
-    if (length > 0) {
-      add(text.substr(0, length));
+    const size_t room = std::min<size_t>(width_ - column_, kMaxLine);
+    if (columns <= room) return add(text, columns);
+    if (room > 0) {
+      const size_t length = columns == text.size() ? room : lengthOf(text, room);
+      add(text.substr(0, length), room);
       text.remove_prefix(length);
+      columns -= room;
     } else if (text[0] == ' ') {
       // The end of a full line is a place to break. Nothing is broken before text follows.
       breakHere();
       text.remove_prefix(1);
+      --columns;
     } else {
       wrap();
     }
   }
 }
 
-void WrappedLines::writeOther(std::string_view utf8) {
-  while (!utf8.empty()) {
-    const Character character = characterAt(utf8);
-    if (hasText_ && canBeginLine(character.code)) breakHere();
-    if (character.width > width_ - column_) wrap();
-    text_.append(utf8, 0, character.length);
-    column_ += character.width;
-    open_ = hasText_ = true;
-    if (lineSize() > kMaxLine) spill();
-    utf8.remove_prefix(character.length);
-  }
+// Adds the character at the head of `utf8`; answers its length.
+size_t WrappedLines::writeCharacter(std::string_view utf8) {
+  size_t length;
+  const char32_t code = firstCharacter(utf8, &length);
+  const std::string_view shown = drivesTerminal(code) ? kReplacement : utf8.substr(0, length);
+  const auto width = drivesTerminal(code) ? 1 : widthOf(code);
+  if (hasText_ && canBeginLine(code)) breakHere();
+  if (width > width_ - column_) wrap();
+  text_ += shown;
+  column_ += width;
+  open_ = hasText_ = true;
+  if (lineSize() > kMaxLine) spill();
+  return length;
 }
 
-// Adds plain text for which there is room.
-void WrappedLines::add(std::string_view text) {
+// Adds a stretch for which there is room.
+void WrappedLines::add(std::string_view text, size_t columns) {
   const size_t first = hasText_ ? 0 : text.find_first_not_of(' ');
   if (first != kNone) {
     if (const void *blank = memrchr(text.data() + first, ' ', text.size() - first)) {
       const auto end = static_cast<size_t>(static_cast<const char *>(blank) + 1 - text.data());
+      const size_t behind =
+          columns == text.size() ? text.size() - end : columnCount(text.substr(end));
       break_ = text_.size() + end;
-      breakColumn_ = column_ + static_cast<uint32_t>(end);
+      breakColumn_ = column_ + static_cast<uint32_t>(columns - behind);
     }
     hasText_ = true;
   }
   open_ = true;
   text_ += text;
-  column_ += static_cast<uint32_t>(text.size());
+  column_ += static_cast<uint32_t>(columns);
   if (lineSize() > kMaxLine) spill();
 }
 

@@ -56,9 +56,9 @@ class WrappedLines {
   uint32_t takeWidest();
 
  private:
-  void writePlain(std::string_view text);
-  void writeOther(std::string_view utf8);
-  void add(std::string_view text);
+  void writeStretch(std::string_view text, size_t columns);
+  size_t writeCharacter(std::string_view utf8);
+  void add(std::string_view text, size_t columns);
   void breakHere();
   void wrap();
   void giveLine(size_t end);
@@ -70,7 +70,6 @@ class WrappedLines {
   TextSink sink_;
   std::string text_;      // lines that are whole, and
   size_t lineStart_ = 0;  // from here on, what can still be broken of the open one
-  std::string printable_;
   uint32_t indent_ = 0;
   uint32_t column_ = 0;
   uint32_t widest_ = 0;

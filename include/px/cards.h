@@ -151,6 +151,14 @@ PX_API int32_t PxSetRaw(PxReader *reader, int32_t raw);
 PX_API int32_t PxSetLimit(PxReader *reader, int32_t limit);
 
 /*
+ * Sets the language of what PxWriteText and PxWriteHtml say from now on, by a tag such as "de" or
+ * "de-AT"; null is English, the language of a new reader. Messages, results and faults stay
+ * English, so that a program can know them. PxErrorArgument, with nothing changed: there are no
+ * texts in that language.
+ */
+PX_API int32_t PxSetLanguage(PxReader *reader, const char *language);
+
+/*
  * Inputs. Opening closes what was open before, also when it fails. Whether the input holds a card
  * shows in the first call that reads it.
  */
@@ -202,9 +210,16 @@ typedef int32_t (*PxSink)(void *user, const char *bytes, uint64_t size);
 
 /*
  * The same, given to `sink` in pieces that together are the text. When it answers something else
- * than 0 it is called no more for this section and PxStopped is answered.
+ * than 0 it is called no more for this section and PxStopped is answered. A text that an error cuts
+ * short is closed all the same.
  */
 PX_API int32_t PxWriteJson(PxReader *reader, PxSink sink, void *user);
+
+/*
+ * Gives `sink` the object that stands in the place of what couldn't be read: {"file", "error"}, in
+ * one line without a line end. What isn't UTF-8 in the arguments becomes U+FFFD.
+ */
+PX_API int32_t PxWriteJsonError(const char *file, const char *error, PxSink sink, void *user);
 
 /*
  * Events. A section comes as this row:
@@ -329,6 +344,45 @@ typedef struct PxLook {
  * left. What was written before an error stands.
  */
 PX_API int32_t PxWriteText(PxReader *reader, const PxLook *look, PxSink sink, void *user);
+
+/*
+ * Gives `sink` every call that the filter makes for the open input, a line each, for who looks into
+ * its ways. The bytes are read as they stand, whatever PxSetRaw says. It is the first and only
+ * reading of the input: PxErrorOrder where another has begun, and for any that follows.
+ */
+PX_API int32_t PxWriteTrace(PxReader *reader, PxSink sink, void *user);
+
+/*
+ * A page of HTML, which shows any number of inputs and needs nothing else: pictures and what can be
+ * saved are in it. Nothing of an input is markup in it, and no script comes from one.
+ *
+ *   PxBeginPage(reader, "Contacts", 1, sink, user);
+ *   for each file:
+ *     PxOpenFile(reader, file), PxWriteHtml(reader), or else PxTellOnPage(reader, file, text)
+ *   PxEndPage(reader);
+ *
+ * The page is the reader's, and stays open whatever is opened and closed meanwhile. When `sink`
+ * answers something else than 0 it is called no more for this page, and PxStopped is answered.
+ */
+
+/*
+ * Begins a page and gives it to `sink`, piece by piece, here and in the calls below. With `several`
+ * other than 0 each input has its name above it. PxErrorOrder: a page is open.
+ */
+PX_API int32_t PxBeginPage(PxReader *reader, const char *title, int32_t several, PxSink sink,
+                           void *user);
+
+/*
+ * Reads all sections that are left onto the page. Answers as PxWriteText does; what an error cuts
+ * short is closed by the page's next call.
+ */
+PX_API int32_t PxWriteHtml(PxReader *reader);
+
+/* Tells on the page that a file, or the rest of it, couldn't be read. */
+PX_API int32_t PxTellOnPage(PxReader *reader, const char *file, const char *text);
+
+/* Ends the page. */
+PX_API int32_t PxEndPage(PxReader *reader);
 
 /*
  * Objects: Base64 data in the section that was read last, or, during an event, so far in the one

@@ -16,10 +16,10 @@ std::atomic<int32_t> handles;
 
 bool failsNow() { return ++allocations == failing; }
 
-// Who comes here has libpx_core in memory.
+// The program is linked with libpx_core, whose routine is the next one of that name.
 template <class Routine>
 Routine *realRoutine(const char *name) {
-  return reinterpret_cast<Routine *>(dlsym(dlopen("libpx_core.so", RTLD_NOW), name));
+  return reinterpret_cast<Routine *>(dlsym(RTLD_NEXT, name));
 }
 
 }  // namespace
