@@ -199,7 +199,7 @@ Options parseOptions(int argc, char **argv) {
   std::vector<int> given;
   forEachOption(argc, argv, [&](int id) {
     if (id == '?' || id == ':') refuse(id == ':', optopt, argv[optind - 1]);
-    take(id, optarg, &options);
+    take(id, optarg ? optarg : "", &options);
     given.push_back(id);
   });
   options.files.assign(argv + optind, argv + argc);

@@ -19,7 +19,7 @@ namespace {
 // dlopen doesn't go by it.
 std::string libraryPath() {
   namespace fs = std::filesystem;
-  const std::string name = PX_FILTER_NAME;
+  std::string name = PX_FILTER_NAME;
   std::error_code none;
   for (const fs::path &beside : {ownFile().parent_path() / name, besideProgram("lib/" + name)}) {
     if (beside.is_absolute() && fs::exists(beside, none)) return beside.string();

@@ -48,7 +48,7 @@ bool TextDecoder::begin(const std::string &set) {
   if (set != openedSet_ || !opened_) {
     // A suffix such as //TRANSLIT is no part of a name.
     if (set.empty() || set.find('/') != set.npos) return false;
-    const iconv_t converter = iconv_open("UTF-8", largerSet(set));
+    iconv_t converter = iconv_open("UTF-8", largerSet(set));
     if (converter == reinterpret_cast<iconv_t>(-1)) return false;
     opened_.reset(converter);
     openedSet_ = set;
@@ -64,13 +64,11 @@ void TextDecoder::replace(std::string *utf8) {
 }
 
 void TextDecoder::put(std::string_view bytes, std::string *utf8) {
-  if (!held_.empty()) {
-    held_ += bytes;
-    const std::string joined = std::move(held_);
-    held_.clear();
-    return put(joined, utf8);
-  }
-  converter_ ? convert(bytes, utf8) : putUtf8(bytes, utf8);
+  const std::string held = std::exchange(held_, {});
+  const auto decode = [this, utf8](std::string_view all) {
+    converter_ ? convert(all, utf8) : putUtf8(all, utf8);
+  };
+  held.empty() ? decode(bytes) : decode(held + std::string(bytes));
 }
 
 void TextDecoder::putUtf8(std::string_view bytes, std::string *utf8) {
@@ -139,7 +137,7 @@ void CharsetGuess::put(std::string_view bytes) {
 std::string CharsetGuess::finish() {
   if (!detector_) return kFallback;
   uchardet_data_end(detector_.get());
-  const std::string set = uchardet_get_charset(detector_.get());
+  std::string set = uchardet_get_charset(detector_.get());
   // ISO 8859-1 has control characters where windows-1252 has letters; nobody means those.
   const bool tellsNothing = set.empty() || set == "ASCII" || set == "UTF-8" || set == "ISO-8859-1";
   if (tellsNothing || !TextDecoder().begin(set)) return kFallback;

@@ -337,6 +337,7 @@ void HtmlWriter::endSummaryLine(const std::vector<std::string> &types) {
   if (!streams_) putHeld();
   if (isOpen_ && !types.empty()) {
     std::vector<std::string> labels;
+    labels.reserve(types.size());
     for (const std::string &type : types) labels.emplace_back(tr(typeLabel(type)));
     html_.put(" <small>" + asHtml(joined(labels)) + "</small>");
   }

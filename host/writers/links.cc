@@ -59,7 +59,7 @@ std::string addressOf(std::string_view value) {
 }
 
 std::string telephoneAddressOf(std::string_view value) {
-  const std::string address = addressOf(value);
+  std::string address = addressOf(value);
   if (!address.empty()) return address;
   value = trimmed(value);
   // Codes with * and # drive a telephone instead of calling somebody.

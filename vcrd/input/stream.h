@@ -39,7 +39,7 @@ int32_t VcardStreamFill(VcardStream *stream);
 inline int32_t VcardStreamGetByte(VcardStream *stream) {
   if (--stream->Remaining < 0) [[unlikely]]
     return VcardStreamFill(stream);
-  return *stream->Ptr++;
+  return *stream->Ptr++;  // NOLINT(clang-analyzer-core.NullDereference): it is set where bytes remain
 }
 
 // Position of the next byte of the raw read.
