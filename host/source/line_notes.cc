@@ -270,7 +270,8 @@ bool LineNoteReader::nextLine(LineNote *line) {
   bool isNew;
   record.take(&slot);
   record.take(&isNew);
-  LineHead &head = heads_[slot];
+  if (!heads_[slot]) heads_[slot] = std::make_unique<LineHead>();
+  LineHead &head = *heads_[slot];
   if (isNew) {
     visitHead(head, [&](auto &field) { record.take(&field); });
     head.known = knownProperty(head.name, section_.format);
