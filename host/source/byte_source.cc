@@ -50,9 +50,8 @@ std::string_view ByteSource::readyInLine(bool *ended) {
   const std::string_view bytes = ready();
   if (next_ < searchedFrom_ || lineEnd_ < next_) {
     searchedFrom_ = next_;
-    lineEnd_ = next_ + lengthBefore({buffer_.get() + next_, filled_ - next_}, [](ByteVector b) {
-                 return isByte(b, '\r') | isByte(b, '\n');
-               });
+    lineEnd_ = next_ + lengthBefore({buffer_.get() + next_, filled_ - next_},
+                                    [](ByteVector b) { return isByte(b, '\r') | isByte(b, '\n'); });
   }
   *ended = lineEnd_ < limit_;
   return bytes.substr(0, lineEnd_ - next_);

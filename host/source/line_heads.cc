@@ -45,8 +45,8 @@ std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
 const LineHead *LineHeads::find(std::string_view text, uint32_t rules) const {
   if (text.empty()) return nullptr;
   const size_t first = pairOf(text);
-  for (const Slot *slot : {&slots_[first], &slots_[first + 1]}) {
-    if (slot->text == text && slot->rules == rules) return &slot->head;
+  for (const Slot *slot : {slots_[first].get(), slots_[first + 1].get()}) {
+    if (slot && slot->text == text && slot->rules == rules) return &slot->head;
   }
   return nullptr;
 }
@@ -54,12 +54,13 @@ const LineHead *LineHeads::find(std::string_view text, uint32_t rules) const {
 LineHead *LineHeads::put(std::string_view text, uint32_t rules) {
   if (text.size() > LongestText) text = {};
   size_t number = text.empty() ? 0 : pairOf(text);
-  if (!slots_[number].text.empty()) ++number;  // whoever comes first stays
-  slots_[number] = {std::string(text), rules, true, LineHead()};
-  slots_[number].head.slot = static_cast<uint8_t>(number);
-  return &slots_[number].head;
+  if (number > 0 && slots_[number]) ++number;  // whoever comes first stays
+  auto slot = std::make_unique<Slot>(Slot{std::string(text), rules, true, LineHead()});
+  slot->head.slot = static_cast<uint8_t>(number);
+  slots_[number] = std::move(slot);
+  return &slots_[number]->head;
 }
 
-bool LineHeads::isNew(uint8_t slot) { return std::exchange(slots_[slot].isNew, false); }
+bool LineHeads::isNew(uint8_t slot) { return std::exchange(slots_[slot]->isNew, false); }
 
 }  // namespace px

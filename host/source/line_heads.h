@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -64,7 +65,7 @@ class LineHeads {
     bool isNew = false;
     LineHead head;
   };
-  std::array<Slot, Slots> slots_;
+  std::array<std::unique_ptr<Slot>, Slots> slots_;  // most files need few
 };
 
 }  // namespace px

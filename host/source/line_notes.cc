@@ -8,7 +8,8 @@
 namespace px {
 namespace {
 
-// Fields one behind the other: numbers as they lie in memory, texts and lists behind their length.
+// Fields one behind the other: numbers seven bits a byte, the lowest first, for most are small, and
+// what is written has its price; texts and lists behind their length.
 
 class RecordWriter {
  public:
@@ -23,7 +24,14 @@ class RecordWriter {
 
   template <class Number>
   requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void put(Number number) {
-    std::memcpy(room(sizeof number), &number, sizeof number);
+    auto rest = static_cast<uint64_t>(number);
+    char *to = room(LongestNumber);
+    size_ -= LongestNumber - 1;
+    for (; rest >= 0x80; rest >>= 7) {
+      *to++ = static_cast<char>(rest | 0x80);
+      ++size_;
+    }
+    *to = static_cast<char>(rest);
   }
   void put(const std::string &text) {
     put(static_cast<uint32_t>(text.size()));
@@ -62,24 +70,32 @@ class RecordWriter {
     return bytes_.data() + at;
   }
 
+  static constexpr size_t LongestNumber = 10;
+
   std::string &bytes_;
   size_t size_ = 0;  // of the record; behind it, bytes_ is room
 };
 
 class RecordReader {
  public:
-  explicit RecordReader(std::string_view bytes) : bytes_(bytes) {}
+  // Of a whole record.
+  explicit RecordReader(std::string_view bytes) : next_(bytes.data()) {}
 
   template <class Number>
   requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void take(Number *number) {
-    std::memcpy(number, bytes_.data(), sizeof *number);
-    bytes_.remove_prefix(sizeof *number);
+    auto byte = static_cast<uint8_t>(*next_++);
+    uint64_t all = byte & 0x7F;
+    for (int shift = 7; byte >= 0x80; shift += 7) {
+      byte = static_cast<uint8_t>(*next_++);
+      all |= (byte & uint64_t{0x7F}) << shift;
+    }
+    *number = static_cast<Number>(all);
   }
   void take(std::string *text) {
     uint32_t size;
     take(&size);
-    text->assign(bytes_, 0, size);
-    bytes_.remove_prefix(size);
+    text->assign(next_, size);
+    next_ += size;
   }
   void take(Extent *extent) {
     take(&extent->offset);
@@ -110,7 +126,7 @@ class RecordReader {
   }
 
  private:
-  std::string_view bytes_;
+  const char *next_;
 };
 
 // Each record names its fields once, for both ways.
@@ -254,7 +270,8 @@ bool LineNoteReader::nextLine(LineNote *line) {
   bool isNew;
   record.take(&slot);
   record.take(&isNew);
-  LineHead &head = heads_[slot];
+  if (!heads_[slot]) heads_[slot] = std::make_unique<LineHead>();
+  LineHead &head = *heads_[slot];
   if (isNew) {
     visitHead(head, [&](auto &field) { record.take(&field); });
     head.known = knownProperty(head.name, section_.format);

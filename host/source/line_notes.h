@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -136,7 +137,7 @@ class LineNoteReader {
 
  private:
   RecordSpool lines_, summaries_, sections_;
-  std::array<LineHead, LineHeads::Slots> heads_;
+  std::array<std::unique_ptr<LineHead>, LineHeads::Slots> heads_;
   SectionNote section_;
   uint32_t linesRead_ = 0;
   uint32_t summariesRead_ = 0;

@@ -51,7 +51,7 @@ class ValueBytes {
   bool protect_;
   bool ended_ = false;
   bool atLineEnd_ = false;  // the source is known to stand there
-  bool padded_ = false;  // a "=" has been met in Base64
+  bool padded_ = false;     // a "=" has been met in Base64
   Place end_;
   std::string decoded_;
 };

@@ -121,15 +121,15 @@ const PropertyHead &PropertyHeads::of(const Property &property) {
   for (const std::string &type : property.types) {
     number = number * 31 + type.size() + static_cast<unsigned char>(type[0]);
   }
-  Kept *pair = &kept_[number % (kept_.size() / 2) * 2];
-  for (const Kept *kept : {pair, pair + 1}) {
-    if (kept->isFor(property)) return kept->head;
+  std::unique_ptr<Kept> *pair = &kept_[number % (kept_.size() / 2) * 2];
+  for (const Kept *kept : {pair[0].get(), pair[1].get()}) {
+    if (kept && kept->isFor(property)) return kept->head;
   }
   if (textSize(property) > kMostKept) return long_ = headOf(property);
-  Kept &kept = pair->isFor({}) ? pair[0] : pair[1];  // whoever comes first stays
-  kept = {property.label, property.name,       property.groupLabel,
-          property.types, property.parameters, headOf(property)};
-  return kept.head;
+  std::unique_ptr<Kept> &kept = pair[0] ? pair[1] : pair[0];  // whoever comes first stays
+  kept = std::make_unique<Kept>(Kept{property.label, property.name, property.groupLabel,
+                                     property.types, property.parameters, headOf(property)});
+  return kept->head;
 }
 
 void addParameter(const Parameter &parameter, PropertyHead *head) {

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,8 +60,8 @@ class PropertyHeads {
     std::vector<Parameter> parameters;
     PropertyHead head;
   };
-  std::array<Kept, 256> kept_;
-  PropertyHead long_;  // of a property that tells too much to be kept
+  std::array<std::unique_ptr<Kept>, 256> kept_;  // most files need few
+  PropertyHead long_;                            // of a property that tells too much to be kept
 };
 
 // Adds what a parameter tells, also one that comes behind the value.
