@@ -9,7 +9,7 @@ import shutil
 import tempfile
 import threading
 from collections.abc import Callable
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from typing import IO, Any, BinaryIO, Union
 
 from px._library import (Error, Events, FaultRoutine, GetInfoSlot, Io, ReadSlot, Result, Seek64Slot,
@@ -27,6 +27,7 @@ class FileSource:
     file: IO[bytes]
     start: int
     name: str | None
+    lock: Any = field(default_factory=threading.RLock)  # for a place and what is read there
 
 
 def prepare(source: Source) -> str | bytes | FileSource:
@@ -67,8 +68,9 @@ class _FileIo:
         def read(_: Any, to: int, size: int, count: Any) -> int:
             nonlocal position
             try:
-                source.file.seek(source.start + position)
-                got = bytes(memoryview(source.file.read(size)))
+                with source.lock:
+                    source.file.seek(source.start + position)
+                    got = bytes(memoryview(source.file.read(size)))
                 if len(got) > size:
                     raise ValueError(f"{len(got)} bytes read instead of {size}")
                 ctypes.memmove(to, got, len(got))
@@ -110,7 +112,7 @@ class Input:
                  want_faults: bool) -> None:
         self._handle = ctypes.c_void_p()  # none yet, for __del__
         # Without it another thread could end the reader, or a text, that a call has just got.
-        self._lock = threading.RLock()
+        self.lock = threading.RLock()
         self._library = library()
         self._source = source  # bytes have to stay
         self._file: _FileIo | None = None
@@ -155,42 +157,43 @@ class Input:
     def is_open(self) -> bool:
         return bool(self._handle)
 
-    def read_json(self) -> str | None:
-        """Reads the next section; None at the end, and when the input was closed."""
-        with self._lock:
+    def read_json(self) -> tuple[int, str] | None:
+        """Reads the next section: its number and text. None at the end, and when the input was
+        closed."""
+        with self.lock:
             if not self._handle or not self._check(
                     self._library.PxReadJson(self._handle, self._text)):
                 return None
             self.sections += 1
-            text: bytes = self._text.bytes
-        return text.decode()
+            number, text = self.sections, self._text.bytes
+        return number, text.decode()
 
     def pass_section(self) -> bool:
         events = Events(ctypes.sizeof(Events))
-        with self._lock:
+        with self.lock:
             self.sections += 1
             return self._check(self._library.PxReadEvents(self._handle, events, None))
 
     def open_object(self, number: int) -> int:
         handle = ctypes.c_uint64()
-        with self._lock:
+        with self.lock:
             self._check(self._library.PxOpenObject(self._handle, number, handle))
         return handle.value
 
     def read_object(self, handle: int, to: memoryview) -> int:
         count = ctypes.c_uint64()
         start = (ctypes.c_char * len(to)).from_buffer(to)
-        with self._lock:
+        with self.lock:
             self._check(self._library.PxReadObject(self._handle, handle, start, len(to), count))
         return count.value
 
     def close_object(self, handle: int) -> None:
-        with self._lock:
+        with self.lock:
             self._library.PxCloseObject(self._handle, handle)  # it may have ended with its section
 
     def close(self) -> None:
         if self._handle:
-            with self._lock:
+            with self.lock:
                 self._library.PxFreeReader(self._handle)
 
     def __del__(self) -> None:

@@ -49,17 +49,17 @@ class Reader(Iterator[Section]):
 
     def __next__(self) -> Section:
         try:
-            text = self._input.read_json()
+            section = self._input.read_json()
         except BaseException:
             self.close()
             raise
         finally:
             if self._input.faults:
                 self._tell_faults()
-        if text is None:
+        if section is None:
             self.close()
             raise StopIteration
-        return Section(text, self._input.sections, self._origin)
+        return Section(*section, self._origin)
 
     def _tell_faults(self) -> None:
         faults = [Fault(line, text.decode(), self.file) for line, text in self._input.faults]

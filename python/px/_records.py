@@ -100,15 +100,15 @@ class Section:
 
     properties: tuple[Property, ...]  # all of them, in the order of the file
 
-    def __init__(self, text: str, number: int, origin: Origin) -> None:
+    def __init__(self, number: int, text: str, origin: Origin) -> None:
         """`text` is the JSON of the section that `origin` gave as the one with the number."""
-        self.__dict__.update(_text=text, _number=number, _origin=origin)
+        self.__dict__.update(_number=number, _text=text, _origin=origin)
 
     # All fields but the properties are filled at once, those when they are asked for themselves;
     # until then they stand in `_listed`.
     if TYPE_CHECKING:
-        _text: str
         _number: int
+        _text: str
         _origin: Origin
     else:
         def __getattr__(self, name):
@@ -142,7 +142,7 @@ class Section:
         return data
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return Section, (self._text, self._number, self._origin)
+        return Section, (self._number, self._text, self._origin)
 
 
 def _head(data: dict[str, Any]) -> dict[str, Any]:
@@ -191,19 +191,24 @@ class Origin:
                  reading: Input | None = None) -> None:
         """`reading` is what a reader reads; without a source no object can be read."""
         self._source, self._settings, self._reading = source, settings, reading
-        self._again: Input | None = None  # reads behind `reading`, for one object file at a time
+        # Reads behind `reading`, for one object file at a time; is taken out for it.
+        self._again: list[Input] = []
 
     def open_object(self, section: Section, number: int) -> BinaryIO:
-        reading = self._reading
-        if reading and reading.is_open and reading.sections == section._number:
-            return _open(reading, number, lambda _: None)
-        again, self._again = self._again, None
-        if not again or again.sections > section._number:
+        if reading := self._reading:
+            with reading.lock:
+                if reading.is_open and reading.sections == section._number:
+                    return _open(reading, number, lambda _: None)
+        try:
+            again = self._again.pop()
+        except IndexError:
+            again = self._open_again()
+        if again.sections > section._number:
             again = self._open_again()
         if again.sections < section._number:
             while again.sections + 1 < section._number and again.pass_section():
                 pass
-            if again.read_json() != section._text:
+            if again.read_json() != (section._number, section._text):
                 raise Error(Result.READ, "has changed since it was read", section.file)
         return _open(again, number, self._keep)
 
@@ -213,7 +218,7 @@ class Origin:
         return Input(self._source, self._settings, want_faults=False)
 
     def _keep(self, again: Input) -> None:
-        self._again = again
+        self._again[:] = [again]
 
     def __reduce__(self) -> tuple[Any, ...]:
         return Origin, (self._source if isinstance(self._source, str) else None, self._settings)

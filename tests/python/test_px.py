@@ -177,7 +177,11 @@ def test_what_costs_too_much():
 def test_threads_take_turns():
     reader = px.read(CARDS * 500)
     with ThreadPoolExecutor(4) as pool:
-        assert sum(pool.map(lambda _: sum(bool(card.name) for card in reader), range(4))) == 1500
+        shares = pool.map(lambda _: [card.number for card in reader if card.name], range(4))
+        cards = list(px.read(io.BytesIO(CARDS * 30)))
+        photos = list(pool.map(lambda card: card.objects[0].read(), cards))
+    assert sorted(itertools.chain(*shares)) == list(range(1, 1501))
+    assert photos == PHOTOS * 30
 
 
 def run(*arguments):
