@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -417,7 +418,11 @@ TEST(CardsLibrary, ErrorsStay) {
   EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorRead);
   EXPECT_EQ(reader.error(), "cut short while it was read");
   std::filesystem::remove(path);
+  ::setenv("LANGUAGE", "de", 1);
+  std::setlocale(LC_ALL, "C.UTF-8");  // with it the system speaks German, where it can
   EXPECT_EQ(PxOpenFile(reader.p, path.c_str()), PxErrorFile);
+  EXPECT_EQ(reader.error(), "No such file or directory");
+  std::setlocale(LC_ALL, "C");
 
   ::setenv("TMPDIR", path.c_str(), 1);
   reader.open(kCalendar + std::string(1 << 20, ' ') +

@@ -1,7 +1,7 @@
 #include "host/library/result.h"
 
+#include <cstring>
 #include <new>
-#include <string_view>
 #include <system_error>
 
 extern "C" const char *PxResultText(int32_t result) {
@@ -56,6 +56,11 @@ int32_t classify(int32_t otherwise, std::string *text) {
     return PxErrorMemory;
   } catch (const std::system_error &error) {
     *text = error.what();
+    const std::string local = error.code().message();
+    if (text->ends_with(local)) {
+      text->resize(text->size() - local.size());
+      *text += systemText(error.code().value());
+    }
     const bool temporary = text->find("temporary file") != std::string::npos;
     return temporary ? PxErrorTemporary : PxErrorRead;
   } catch (const std::runtime_error &error) {
@@ -70,6 +75,11 @@ int32_t classify(int32_t otherwise, std::string *text) {
 }
 
 }  // namespace
+
+std::string systemText(int error) {
+  const char *english = strerrordesc_np(error);
+  return english ? english : std::generic_category().message(error);
+}
 
 int32_t resultOfException(int32_t otherwise, std::string *text) noexcept {
   text->clear();

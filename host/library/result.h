@@ -18,6 +18,9 @@ struct Failure : std::runtime_error {
   const int32_t result;
 };
 
+// What the system calls an error. Its own texts follow the program's locale; this one is English.
+std::string systemText(int error);
+
 // Answers the result of the exception that is being handled, and appends its text to `text`, as far
 // as there is memory for it. What carries no result of its own is `otherwise`.
 int32_t resultOfException(int32_t otherwise, std::string *text) noexcept;

@@ -242,6 +242,8 @@ typedef void VwGetDataRoutine(void *out, VcardData *data);
 typedef void VwSetDataRoutine(const void *in, VcardData *data);
 typedef int32_t VwDoSpecialRoutine(VcardStream *stream, uint64_t start, VcardIo **out,
                                    uint64_t length, uint64_t reserved, uint32_t kind);
+typedef int64_t VwStreamCloseRoutine(int64_t first);
+typedef int64_t VwStreamReadRecordRoutine(int64_t first);
 
 /* These do nothing: they return their first argument. */
 PX_API int64_t SODummy(int64_t first);
