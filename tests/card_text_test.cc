@@ -209,6 +209,9 @@ TEST(CardText, Wrapping) {
       {"aa bbbbbbbbbbbbbbbbbbbb", "aa\n" + column + "bbbbbbbbbbbbbb\n" + column + "bbbbbb"},
       {"aaaaaaaaaaaaa山山", "aaaaaaaaaaaaa\n" + column + "山山"},
       {"aaaa 山山山山山", "aaaa 山山山山\n" + column + "山"},
+      {"äääää bbbbb ñcccc", "äääää bbbbb\n" + column + "ñcccc"},
+      {"ä bbbbbbbbb € ñccccccc", "ä bbbbbbbbb €\n" + column + "ñccccccc"},
+      {"ääääääääääääääñcccc b", "ääääääääääääää\n" + column + "ñcccc b"},
       {"aaaaaaaaaaaaae\u0301\u0301 b", "aaaaaaaaaaaaae\u0301\u0301\n" + column + "b"},
   };
   for (const auto &[value, shown] : cases) {

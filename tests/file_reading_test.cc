@@ -118,6 +118,19 @@ TEST(FileReading, APlainCardIsItsOwnView) {
   }
 }
 
+// More different heads than are kept, each of them several times.
+TEST(FileReading, ManyHeads) {
+  std::string card = "BEGIN:VCARD\r\nVERSION:3.0\r\n", shown;
+  for (int i = 0; i < 3000; ++i) {
+    const std::string number = std::to_string(i % 7 == 0 ? 1 : i * i % 1009);
+    const std::string label = "X-" + number + " (A=" + number + ", B=c)";
+    card += "X-" + number + ";A=" + number + ";B=c:v" + number + "\r\n";
+    shown += label + std::string(26 - label.size(), ' ') + "v" + number + "\n";
+  }
+  EXPECT_EQ(textOf(card + "END:VCARD\r\n", Reading::Viewed),
+            shown + "Version                   3.0\n");
+}
+
 // Values and heads beyond what is held in memory come whole, or the fault says what is missing.
 TEST(FileReading, LargeThings) {
   std::string note;
