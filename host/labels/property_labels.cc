@@ -178,6 +178,11 @@ std::string_view typeLabel(std::string_view type) {
   return labelText(kFirstTypeId + static_cast<uint32_t>(found - std::begin(kTypes)));
 }
 
+std::string_view typeInWords(std::string_view type) {
+  const std::string_view label = typeLabel(type);
+  return label.data() == type.data() ? type : tr(label);
+}
+
 std::string_view parameterLabel(std::string_view name) { return find(kParameters, name); }
 
 }  // namespace px

@@ -117,7 +117,7 @@ void CardText::endSummaryLine(const std::vector<std::string> &types) {
   putHeld();
   if (isOpen_) {
     std::string list;
-    for (const std::string &type : types) addTo(&list, tr(typeLabel(type)));
+    for (const std::string &type : types) addTo(&list, typeInWords(type));
     if (!list.empty()) lines_.write(" (" + list + ")");
     if (underline_ && look_.color) lines_.addSequence(kPlain);
     lines_.endLine();

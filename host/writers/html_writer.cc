@@ -338,7 +338,7 @@ void HtmlWriter::endSummaryLine(const std::vector<std::string> &types) {
   if (isOpen_ && !types.empty()) {
     std::vector<std::string> labels;
     labels.reserve(types.size());
-    for (const std::string &type : types) labels.emplace_back(tr(typeLabel(type)));
+    for (const std::string &type : types) labels.emplace_back(typeInWords(type));
     html_.put(" <small>" + asHtml(joined(labels)) + "</small>");
   }
   closeValue();

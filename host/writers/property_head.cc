@@ -101,7 +101,7 @@ PropertyHead headOf(const Property &property) {
   head.isKey = isOneOf(kKeys, id, head.name);
   head.isLast = isOneOf(kLast, id, head.name);
   if (head.isLabelled && !head.isMedia) {
-    for (const std::string &type : property.types) addTo(&head.additions, tr(typeLabel(type)));
+    for (const std::string &type : property.types) addTo(&head.additions, typeInWords(type));
   } else if (!head.isLabelled && property.parameters.empty() && !property.types.empty()) {
     head.additions = "TYPE=" + joined(property.types);
   }

@@ -159,8 +159,8 @@ PX_API int32_t PxSetLimit(PxReader *reader, int32_t limit);
 PX_API int32_t PxSetLanguage(PxReader *reader, const char *language);
 
 /*
- * Inputs. Opening closes what was open before, also when it fails. Whether the input holds a card
- * shows in the first call that reads it.
+ * Inputs. Opening closes what was open before, also when it fails, but for a mistake of the caller.
+ * Whether the input holds a card shows in the first call that reads it.
  */
 
 /*
