@@ -247,6 +247,11 @@ TEST(FileReading, EachByteAFewTimes) {
 }
 
 TEST(FileReading, OddFiles) {
+  const auto inUtf16 = [](std::string_view ascii) {
+    std::string units;
+    for (const char c : ascii) (units += '\0') += c;
+    return units;
+  };
   const std::string begin = "BEGIN:VCARD\nVERSION:3.0\n", end = "END:VCARD\n";
   const struct {
     std::string bytes, shown;
@@ -267,6 +272,10 @@ TEST(FileReading, OddFiles) {
       {"BEGIN:V\xC9\nVERSION:\xFF\nEND:V\xC9\nBEGIN:VCALENDAR\nBEGIN:V\xC9\nEND:V\xC9\nEND:"
        "VCALENDAR\n",
        "\"component\":\"V\uFFFD\""},
+      {"\xFE\xFF" + inUtf16("BEGIN:VCARD\nFN:A") + "\xDC\x01" + inUtf16("\nEND:VCARD\n"),
+       "1: the file holds units that are no text"},
+      {"\xFE\xFF" + inUtf16("BEGIN:VCARD\nFN:A") + "\xD8\x01" + inUtf16("\nEND:VCARD\n"),
+       "1: the file holds units that are no text"},
       {begin + "NOTE;CHARSET=UCS-4:\0\x11\0\0\n"s + end, "\uFFFD"},
   };
   for (const auto &c : cases) {

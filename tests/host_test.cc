@@ -63,6 +63,7 @@ TEST(Host, Base64) {
       {"QUJDRA\r\nT", "ABCD"},
       {"QUJDRA\r\n:", "ABCD"},
       {"QUJDR\nA", "ABC"},
+      {"QUJDR\rA", "ABC"},
       {"QUJDR\nA\n", "ABCD"},
       {"QUJDR\nA=", "ABCD"},
       {"QUJDR\n A", "ABCD"},

@@ -106,8 +106,8 @@ TEST(JsonWriter, Properties) {
        R"("length":20,"title":"a\".txt"})"},
       {"0 X: " + std::string(1, '\0'), R"("name":"X","value":"\u0000")"},
       {"0 : a\\nb", R"("value":"a\nb")"},
-      {"0 X: \"\\\t\x01\x7F\xC2\x9B\xC3\xBC\xE2\x80\xA8\xE2\x80\xAE\u2066\xE2\x80\x94\U0001F600",
-       R"("name":"X","value":"\"\\\t\u0001\u007f\u009b)"
+      {"0 X: \"\\\t\x01\x1F\x7F\xC2\x9B\xC3\xBC\xE2\x80\xA8\xE2\x80\xAE\u2066\xE2\x80\x94\U0001F600",
+       R"("name":"X","value":"\"\\\t\u0001\u001f\u007f\u009b)"
        "\xC3\xBC"
        R"(\u2028\u202e\u2066)"
        "\u2014\U0001F600\""},

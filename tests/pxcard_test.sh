@@ -174,6 +174,14 @@ kill $!
 wait $! 2>err
 same 'interrupted' "$? $(find . -name '.px*')" '143 '
 exec 3>&-
+(trap '' TERM && exec "$pxcard" -o kept waiting) &
+exec 3>waiting
+until [ -n "$(find . -name '.px*')" ]; do sleep 0.01; done
+kill $!
+cat "$agent" >&3
+exec 3>&-
+wait $!
+same 'a signal that is ignored' "$? $(grep -c Telephone kept)" "0 $(grep -c Telephone <<<"$shown")"
 expect 1 'pxcard: no/there: No such file or directory' -o no/there "$agent"
 expect 1 'pxcard: .: Is a directory' -o . "$agent"
 expect 0 '' -o /dev/null "$agent"
