@@ -268,6 +268,10 @@ TEST(FileReading, OddFiles) {
       {begin + "PHOTO:data:image/png;base64,QUJD%2\n" + end, "3: the Base64 text ends within"},
       {"BEGIN:VCALENDAR\nBEGIN:VEVENT\nBEGIN:VALARM\nEND:VCALENDAR\nSUMMARY:x\nEND:VEVENT\n",
        "5: text outside"},
+      // A head that both versions have is read by the rules of each.
+      {begin + "NOTE;X=a^^b:1\n" + end + "BEGIN:VCARD\nVERSION:4.0\nNOTE;X=a^^b:1\n" + end,
+       "\"X\":[\"a^b\"]"},
+      {begin + "NOTE;CHARSET=KOI8-R//IGNORE:\xC1\n" + end, "KOI8-R//IGNORE is not known"},
       // What is no text in the file is none behind it.
       {"BEGIN:V\xC9\nVERSION:\xFF\nEND:V\xC9\nBEGIN:VCALENDAR\nBEGIN:V\xC9\nEND:V\xC9\nEND:"
        "VCALENDAR\n",

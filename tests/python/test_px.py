@@ -198,6 +198,7 @@ def test_command(tmp_path):
         map(json.loads, command.stdout.splitlines()))
     assert ran.returncode == command.returncode == 1
     assert b"no card: not a vCard" in ran.stderr
+    assert rb"no\x1b: No such file" in run("-m", "px", "no\33").stderr
 
 
 def test_example(tmp_path, monkeypatch):
