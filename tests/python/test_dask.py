@@ -29,7 +29,7 @@ def compute(work, timeout=60):
 
 def test_the_cluster_gives_what_one_run_gives(client):
     alone = [one for path in FILES for one in px.read(path)]
-    bag = px.dask.read(FILES, block_size=10000)
+    bag = px.dask.read(FILES, block_size=2000)
     assert bag.npartitions > 4
     assert len(client.scheduler_info()["workers"]) == 2
     together = compute(bag)
@@ -40,7 +40,7 @@ def test_the_cluster_gives_what_one_run_gives(client):
 
 def test_frame(client):
     alone = [one for path in FILES for one in px.read(path)]
-    table = compute(px.dask.frame(FILES, block_size=10000))
+    table = compute(px.dask.frame(FILES, block_size=2000))
     assert list(table.columns) == list(px.dask.COLUMNS)
     assert list(table.name.fillna("")) == [one.name or "" for one in alone]
     assert list(table.telephones.fillna("")) == [
