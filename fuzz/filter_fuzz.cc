@@ -59,7 +59,7 @@ class Checker : public TraceWriter {
     inListing = inListing || id >= kListingStyle;
     TraceWriter::useStyle(id);
   }
-  void emitChars(std::span<const uint16_t> codes) override {
+  void emitChars(std::span<const uint16_t> codes, bool /*more*/) override {
     require(inSection_, "text stands in a section");
     trace_.append(reinterpret_cast<const char *>(codes.data()), codes.size_bytes());
   }

@@ -176,22 +176,18 @@ TEST(Host, CharacterSets) {
       {w, {0x41, 0xCF, 0xB9, 0x98, 0x100}, "AП№\uFFFD\uFFFD"},
   };
   for (const auto &c : cases) {
-    std::string text;
     CharacterDecoder decoder;
-    decoder.setCharset(c.set, &text);
-    for (const uint16_t code : c.codes) decoder.put(code, &text);
-    decoder.setCharset(d, &text);
+    decoder.setCharset(c.set);
+    std::string text;
+    for (const uint16_t code : c.codes) text += decoder.decode({&code, 1}, true);
+    text += decoder.decode({});
     EXPECT_EQ(text, c.utf8);
     // In runs, ASCII goes by several at a step.
     for (const size_t ascii : {1, 7, 8, 9, 250, 256, 257}) {
       std::vector<uint16_t> run = c.codes;
       run.insert(run.end(), ascii, 'x');
-      text.clear();
-      decoder.setCharset(c.set, &text);
-      decoder.put(run, &text);
-      decoder.put(c.codes, &text);
-      decoder.setCharset(d, &text);
-      EXPECT_EQ(text, c.utf8 + std::string(ascii, 'x') + c.utf8);
+      run.insert(run.end(), c.codes.begin(), c.codes.end());
+      EXPECT_EQ(decoder.decode(run), c.utf8 + std::string(ascii, 'x') + c.utf8);
     }
   }
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <mutex>
+#include <vector>
 
 #include "host/languages/translation.h"
 #include "host/reading/character_decoder.h"
@@ -27,11 +28,11 @@ constexpr std::string_view kErase = "\r\x1b[K";
 }  // namespace
 
 std::string printable(std::string_view text) {
+  std::vector<uint16_t> codes;
+  for (const char c : text) codes.push_back(static_cast<unsigned char>(c));
   CharacterDecoder decoder;
-  std::string decoded, shown;
-  for (const char c : text) decoder.put(static_cast<unsigned char>(c), &decoded);
-  decoder.finish(&decoded);
-  appendPrintable(decoded, &shown);
+  std::string shown;
+  appendPrintable(decoder.decode(codes), &shown);
   return shown;
 }
 

@@ -40,7 +40,7 @@ class CardRun {
   // Asks `givesUp` at each SoEmitBreak. Where it answers true the run is over: no member of the
   // output is called any more, and nothing is to be read.
   void giveUpWhere(std::function<bool()> givesUp) { route_.givesUp = std::move(givesUp); }
-  bool gaveUp() const { return route_.gaveUp; }
+  bool gaveUp() const { return route_.isOver && !route_.failure; }
 
   // How many calls the filter has made.
   uint64_t given() const { return route_.given; }

@@ -8,11 +8,11 @@ namespace {
 // Calls `member` with the route's output, unless the route has ended.
 template <class Member>
 void call(OutputRoute *route, Member member) noexcept {
-  if (route->failure || route->gaveUp) return;
+  if (route->isOver) return;
   try {
     member(*route->output);
   } catch (...) {
-    route->failure = std::current_exception();
+    route->fail();
   }
 }
 
@@ -28,7 +28,7 @@ void guard(uint64_t user0, Member member) noexcept {
 int64_t emitChar(uint16_t code, uint64_t user0, uint64_t /*user1*/) {
   auto *route = reinterpret_cast<OutputRoute *>(user0);
   route->codes[route->held] = code;
-  if (++route->held == OutputRoute::Capacity) route->handOn();
+  if (++route->held == OutputRoute::Capacity) route->handOnPart();
   return 0;
 }
 
@@ -65,18 +65,32 @@ int64_t emitBreak(uint32_t kind, uint32_t zero, uint64_t user0, uint64_t /*user1
   route->lastBreak = kind;
   bool stop = false;
   guard(user0, [&](Output &output) { stop = output.emitBreak(kind, zero); });
-  if (route->givesUp && !route->failure && !route->gaveUp) route->gaveUp = route->givesUp();
-  return stop || route->failure || route->gaveUp ? 1 : 0;
+  if (route->givesUp && !route->isOver) route->isOver = route->givesUp();
+  return stop || route->isOver ? 1 : 0;
 }
 
 }  // namespace
 
-// Out of line, so that the call for a character saves no registers.
+// These are out of line, so that the calls save no registers for them.
+
 [[gnu::noinline]] void OutputRoute::handOn() noexcept {
   const std::span<const uint16_t> run(codes, held);
   given += held;
   held = 0;
-  call(this, [&](Output &to) { to.emitChars(run); });
+  call(this, [run](Output &to) { to.emitChars(run, false); });
+}
+
+[[gnu::noinline]] void OutputRoute::handOnPart() noexcept {
+  const std::span<const uint16_t> part(codes, held - 1);
+  given += held - 1;
+  call(this, [part](Output &to) { to.emitChars(part, true); });
+  codes[0] = codes[held - 1];
+  held = 1;
+}
+
+[[gnu::noinline]] void OutputRoute::fail() noexcept {
+  failure = std::current_exception();
+  isOver = true;
 }
 
 void routeOutput(const FilterLibrary &filter, VcardData *data, OutputRoute *route) {

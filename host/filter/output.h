@@ -2,7 +2,7 @@
 //
 // routeOutput stores routines in a record that hand every call to an Output. The members are named
 // like the routines of px/output_routines.h, which says what each call means. Characters are handed
-// on in runs: all that came since the last other call, or as many as the route holds.
+// on in runs: all that came since the last other call. A long run comes in parts.
 
 #ifndef PX_HOST_FILTER_OUTPUT_H
 #define PX_HOST_FILTER_OUTPUT_H
@@ -22,7 +22,8 @@ class Output {
  public:
   virtual ~Output() = default;
 
-  virtual void emitChars(std::span<const uint16_t> /*codes*/) {}
+  // `more`: the run goes on in the next call, which is one of this member, too.
+  virtual void emitChars(std::span<const uint16_t> /*codes*/, bool /*more*/) {}
   virtual void emitSpecial(uint32_t /*kind*/) {}
   virtual void setCharHeight(uint32_t /*height*/) {}
   virtual void addTabStop(const VcardTabStop &) {}
@@ -53,20 +54,24 @@ class Output {
 struct OutputRoute {
   Output *output = nullptr;
   std::function<bool()> givesUp{};
-  bool gaveUp = false;
+  bool isOver = false;     // no member is called any more
   uint64_t given = 0;      // calls, SoEmitChar included
   uint32_t lastBreak = 0;  // the kind of the last SoEmitBreak, 0 before the first
   std::exception_ptr failure{};
 
-  static constexpr uint32_t Capacity = 1024;
+  static constexpr uint32_t Capacity = 4096;
   uint32_t held = 0;  // characters that wait
   uint16_t codes[Capacity];
 
-  // Hands on the characters that wait.
+  // Hands on the characters that wait, which ends their run.
   void flush() noexcept {
     if (held > 0) handOn();
   }
   void handOn() noexcept;
+  // Makes room. One character stays, so that there is a last part when the run ends.
+  void handOnPart() noexcept;
+  // Keeps the exception that is being handled.
+  void fail() noexcept;
 };
 
 // Sets the user values and all routines of `data` so that they call `route->output`. Both must

@@ -21,7 +21,6 @@ void CallReader::beginRun(int16_t format, VcardStream *stream, bool inPlace) {
 // Definitions: of styles, and of attachments, whose characters are the title.
 
 void CallReader::beginDefinition(uint32_t type, uint32_t, const void *record) {
-  takeRun();
   if (type == SoDefinitionStyle) {
     styles_.begin(*static_cast<const VcardStyleDef *>(record));
   } else if (type == SoDefinitionAttachment) {
@@ -37,7 +36,6 @@ void CallReader::setAttribute(uint32_t a, uint32_t b, uint32_t c, uint32_t) {
 }
 
 void CallReader::endDefinition(uint32_t type, uint32_t id) {
-  takeRun();
   if (type == SoDefinitionStyle) {
     styles_.end(id);
   } else if (type == SoDefinitionAttachment) {
@@ -47,7 +45,6 @@ void CallReader::endDefinition(uint32_t type, uint32_t id) {
 }
 
 void CallReader::useStyle(uint32_t id) {
-  takeRun();
   const StyleRole role = styles_.role(id);
   if (role == StyleRole::Heading && place_ == Place::Summary) {
     summary_.heading(styles_.headingLevel(id));
@@ -66,7 +63,6 @@ void CallReader::useStyle(uint32_t id) {
 // Sections.
 
 void CallReader::beginSection(uint32_t, uint32_t, uint32_t) {
-  takeRun();
   endSection();
   Section section;
   section.number = ++section_;
@@ -87,7 +83,6 @@ void CallReader::beginSection(uint32_t, uint32_t, uint32_t) {
 }
 
 bool CallReader::emitBreak(uint32_t kind, uint32_t) {
-  takeRun();
   if (place_ == Place::Summary) {
     if (kind == SoBreakParagraph) summary_.endParagraph();
   } else {
@@ -109,35 +104,27 @@ void CallReader::endSection() {
 
 // Text.
 
-void CallReader::emitChars(std::span<const uint16_t> codes) {
-  decoder_.put(codes, &run_);
-  constexpr size_t most = 4096;
-  if (run_.size() >= most) handOn();
-}
-
-void CallReader::handOn() {
-  if (place_ == Place::Summary) summary_.text(run_, stringBegins_);
-  if (place_ == Place::Listing) property_.text(run_);
-  if (place_ == Place::Title) title_ += run_;
+void CallReader::emitChars(std::span<const uint16_t> codes, bool more) {
+  const std::string_view utf8 = decoder_.decode(codes, more);
+  if (utf8.empty()) return;  // so far only the beginning of a character
+  if (place_ == Place::Summary) summary_.text(utf8, stringBegins_);
+  if (place_ == Place::Listing) property_.text(utf8);
+  if (place_ == Place::Title) title_ += utf8;
   stringBegins_ = false;
-  run_.clear();
 }
 
 void CallReader::setCharset(uint32_t set) {
-  takeRun();
-  decoder_.setCharset(set, &run_);
+  decoder_.setCharset(set);
   stringBegins_ = true;
   if (place_ == Place::Listing) property_.beginString();
 }
 
 void CallReader::emitResourceString(uint32_t id) {
-  takeRun();
   if (place_ == Place::Summary) summary_.label(id);
   if (place_ == Place::Listing) property_.label(id);
 }
 
 void CallReader::emitSpecial(uint32_t kind) {
-  takeRun();
   const bool inSummary = place_ == Place::Summary;
   if (!inSummary && place_ != Place::Listing) return;
   switch (kind) {
@@ -166,7 +153,6 @@ void CallReader::setObjectData(uint32_t selector, uint64_t a, uint64_t b) {
 }
 
 void CallReader::emitObject(const VcardObjectRecord &) {
-  takeRun();
   property_.object({dataStart_, dataLength_}, {});
 }
 

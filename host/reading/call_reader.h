@@ -47,7 +47,7 @@ class CallReader : public Output {
   // Where in the file the section stands that the calls have come to, as far as notes tell.
   uint64_t position() const { return note_ && note_->extent ? note_->extent->offset : 0; }
 
-  void emitChars(std::span<const uint16_t> codes) override;
+  void emitChars(std::span<const uint16_t> codes, bool more) override;
   void emitSpecial(uint32_t kind) override;
   void setCharHeight(uint32_t height) override;
   bool emitBreak(uint32_t kind, uint32_t zero) override;
@@ -69,12 +69,6 @@ class CallReader : public Output {
     Title,  // of an attachment, in the listing
   };
 
-  // Ends the text that has come since the last other call.
-  void takeRun() {
-    decoder_.finish(&run_);
-    if (!run_.empty()) handOn();
-  }
-  void handOn();
   void endSection();
 
   CardEvents &events_;
@@ -91,8 +85,7 @@ class CallReader : public Output {
   bool paragraphBegins_ = false;
 
   CharacterDecoder decoder_;
-  std::string run_;            // text that waits for the next other call
-  bool stringBegins_ = false;  // nothing of its string has come before it
+  bool stringBegins_ = false;  // no character of the string has come
 
   uint64_t dataStart_ = 0;  // of the object that comes next
   uint64_t dataLength_ = 0;

@@ -4,7 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
+#include <iterator>
+#include <utility>
 
 #include "host/source/byte_search.h"
 #include "host/source/utf8.h"
@@ -48,86 +51,86 @@ char32_t windows1251(uint32_t code) {
   return code < 0x80 ? code : code < 0x100 ? characters[code - 0x80] : kReplacement;
 }
 
-// Stores eight codes as bytes, if they are ASCII.
-bool storeAscii(const uint16_t *codes, char *to) {
-  using Codes = uint16_t __attribute__((vector_size(16)));
-  using Bytes = char __attribute__((vector_size(8)));
-  Codes eight;
-  std::memcpy(&eight, codes, sizeof eight);
-  if (bitsOf(ByteVector(eight >= 0x80)) != 0) return false;
-  const Bytes narrow = __builtin_convertvector(eight, Bytes);
+// Eight codes are taken at a step.
+constexpr size_t kStep = 8;
+
+// Stores so many codes as bytes. Answers how many at their head are ASCII.
+size_t storeStep(const uint16_t *codes, char *to) {
+  using Codes = uint16_t __attribute__((vector_size(2 * kStep)));
+  using Bytes = char __attribute__((vector_size(kStep)));
+  Codes step;
+  std::memcpy(&step, codes, sizeof step);
+  const Bytes narrow = __builtin_convertvector(step, Bytes);
   std::memcpy(to, &narrow, sizeof narrow);
-  return true;
+  const uint32_t others = bitsOf(ByteVector(step >= 0x80));
+  return others == 0 ? kStep : static_cast<size_t>(std::countr_zero(others)) / 2;
 }
 
-// Appends the codes at the head that are ASCII, up to a number; answers how many they are. Eight
-// are taken in a step, the last ones with some of those before them.
-size_t appendAscii(std::span<const uint16_t> codes, std::string *utf8) {
-  constexpr size_t step = 8;
-  char bytes[256];
-  codes = codes.first(std::min(codes.size(), sizeof bytes));
-  const size_t size = codes.size();
+// Stores the ASCII characters at the head of `*codes` and takes them away. Answers the end of what
+// was stored, behind which the rest of a step may be overwritten.
+char *storeAscii(std::span<const uint16_t> *codes, char *to) {
+  const size_t size = codes->size();
   size_t count = 0;
-  while (count + step <= size && storeAscii(&codes[count], bytes + count)) count += step;
-  if (count > 0 && size - count < step && storeAscii(&codes[size - step], bytes + size - step)) {
+  size_t step = kStep;
+  while (step == kStep && size - count >= kStep)
+    count += step = storeStep(&(*codes)[count], to + count);
+  // The last ones together with some of those before them.
+  if (step == kStep && count >= kStep &&
+      storeStep(&(*codes)[size - kStep], to + size - kStep) == kStep)
     count = size;
+  while (count < size && (*codes)[count] < 0x80) {
+    to[count] = static_cast<char>((*codes)[count]);
+    ++count;
   }
-  for (; count < codes.size() && codes[count] < 0x80; ++count) {
-    bytes[count] = static_cast<char>(codes[count]);
-  }
-  utf8->append(bytes, count);
-  return count;
+  *codes = codes->subspan(count);
+  return to + count;
 }
 
 }  // namespace
 
-void CharacterDecoder::put(uint16_t code, std::string *utf8) {
-  if (set_ == SoCharsetUtf8) {
-    appendUtf8(code == 0xFFFF ? kReplacement : code, utf8);
-  } else if (set_ == SoCharsetWindows1251) {
-    appendUtf8(windows1251(code), utf8);
-  } else if (code > 0xFF) {
-    finish(utf8);
-    appendUtf8(kReplacement, utf8);
-  } else {
-    putDefault(static_cast<uint8_t>(code), utf8);
-  }
-}
-
-void CharacterDecoder::put(std::span<const uint16_t> codes, std::string *utf8) {
+std::string_view CharacterDecoder::decode(std::span<const uint16_t> codes, bool more) {
+  constexpr size_t longest = 3;  // bytes of a code, or of a byte that is no UTF-8
+  const size_t room = (codes.size() + std::size(held_)) * longest + kStep;
+  if (utf8_.size() < room) utf8_.resize(room);
+  char *to = utf8_.data();
   while (!codes.empty()) {
-    if (heldCount_ == 0) codes = codes.subspan(appendAscii(codes, utf8));
+    if (heldCount_ == 0) to = storeAscii(&codes, to);
     // What follows is mostly the characters of one word.
     while (!codes.empty() && (heldCount_ > 0 || codes.front() >= 0x80)) {
-      put(codes.front(), utf8);
+      to = put(codes.front(), to);
       codes = codes.subspan(1);
     }
   }
+  if (!more && heldCount_ > 0) to = giveUpHeld(to);
+  return {utf8_.data(), to};
 }
 
-void CharacterDecoder::putDefault(uint8_t byte, std::string *utf8) {
+char *CharacterDecoder::put(uint16_t code, char *to) {
+  if (set_ == SoCharsetUtf8) return storeUtf8(code == 0xFFFF ? kReplacement : code, to);
+  if (set_ == SoCharsetWindows1251) return storeUtf8(windows1251(code), to);
+  if (code <= 0xFF) return putDefault(static_cast<uint8_t>(code), to);
+  return storeUtf8(kReplacement, giveUpHeld(to));
+}
+
+char *CharacterDecoder::putDefault(uint8_t byte, char *to) {
   if (heldCount_ > 0) {
     const bool fits = heldCount_ == 1 ? canBeSecondUtf8(held_[0], byte) : (byte & 0xC0) == 0x80;
     if (fits) {
       held_[heldCount_++] = byte;
-      if (heldCount_ == utf8Length(held_[0])) {
-        utf8->append(reinterpret_cast<const char *>(held_), heldCount_);
-        heldCount_ = 0;
-      }
-      return;
+      if (heldCount_ < utf8Length(held_[0])) return to;
+      return std::copy_n(held_, std::exchange(heldCount_, 0), to);
     }
-    finish(utf8);
+    to = giveUpHeld(to);
   }
-  if (utf8Length(byte) > 1) {
-    held_[heldCount_++] = byte;
-  } else {
-    appendUtf8(windows1252(byte), utf8);
-  }
+  if (utf8Length(byte) <= 1) return storeUtf8(windows1252(byte), to);
+  held_[heldCount_++] = byte;
+  return to;
 }
 
-void CharacterDecoder::giveUpHeld(std::string *utf8) {
-  for (uint32_t i = 0; i < heldCount_; ++i) appendUtf8(windows1252(held_[i]), utf8);
+char *CharacterDecoder::giveUpHeld(char *to) {
+  for (uint32_t i = 0; i < heldCount_; ++i) to = storeUtf8(windows1252(held_[i]), to);
   heldCount_ = 0;
+  return to;
 }
 
 }  // namespace px

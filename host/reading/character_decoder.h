@@ -2,8 +2,7 @@
 //
 // A code means what the last SoSetCharset says. Codes of the default set are the bytes of a file
 // that named no set: they are read as UTF-8 where they are valid UTF-8 and as windows-1252 where
-// they are not. The bytes come one a call, so up to three that may begin a UTF-8 sequence wait for
-// what follows them.
+// they are not.
 
 #ifndef PX_HOST_READING_CHARACTER_DECODER_H
 #define PX_HOST_READING_CHARACTER_DECODER_H
@@ -11,41 +10,33 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "px/output_routines.h"
 
 namespace px {
 
-// Collects characters. What it appends is valid UTF-8 at every moment; a code that is no character
-// becomes U+FFFD. Nothing is left out, control characters neither: see appendPrintable.
 class CharacterDecoder {
  public:
-  // Does what SoSetCharset says, for the codes that follow. A set that isn't known counts as the
+  // Does what SoSetCharset says, for the runs that follow. A set that isn't known counts as the
   // default set.
-  void setCharset(uint32_t set, std::string *utf8) {
-    finish(utf8);
-    set_ = set;
-  }
+  void setCharset(uint32_t set) { set_ = set; }
 
-  // Appends the character, or holds its byte back.
-  void put(uint16_t code, std::string *utf8);
-
-  // Appends several, quickly where they are ASCII.
-  void put(std::span<const uint16_t> codes, std::string *utf8);
-
-  // Ends a run of characters: appends what was held back. To be called before anything but a
-  // character is appended to the same text.
-  void finish(std::string *utf8) {
-    if (heldCount_ > 0) giveUpHeld(utf8);
-  }
+  // Decodes a run of codes, or where `more` of it follows, a part: up to three of its bytes that may
+  // begin a UTF-8 sequence then wait for the next one. Answers valid UTF-8, which stays until the
+  // next call; a code that is no character becomes U+FFFD. Nothing is left out, control characters
+  // neither: see appendPrintable.
+  std::string_view decode(std::span<const uint16_t> codes, bool more = false);
 
  private:
-  void putDefault(uint8_t byte, std::string *utf8);
-  void giveUpHeld(std::string *utf8);
+  char *put(uint16_t code, char *to);
+  char *putDefault(uint8_t byte, char *to);
+  char *giveUpHeld(char *to);
 
   uint32_t set_ = SoCharsetDefault;
   uint8_t held_[4] = {};  // the beginning of a UTF-8 sequence that is valid so far
   uint32_t heldCount_ = 0;
+  std::string utf8_;  // room for what is answered
 };
 
 }  // namespace px

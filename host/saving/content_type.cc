@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "host/reading/character_decoder.h"
 
@@ -127,18 +128,18 @@ bool isMpegFrame(std::string_view bytes) {
 // No control characters but white space and escape; UTF-8, or a set of single bytes that has its
 // letters above the other control characters.
 bool isText(std::string_view bytes) {
-  std::string utf8;
-  CharacterDecoder decoder;
+  std::vector<uint16_t> codes;
   bool highControl = false;
   for (const char c : bytes) {
     const auto byte = static_cast<uint8_t>(c);
     const bool white = c == '\t' || c == '\n' || c == '\f' || c == '\r' || c == '\x1B';
     if ((byte < 0x20 && !white) || byte == 0x7F) return false;
     highControl |= 0x80 <= byte && byte < 0xA0;
-    decoder.put(byte, &utf8);
+    codes.push_back(byte);
   }
-  // What is no UTF-8 has been decoded to something else.
-  return !bytes.empty() && (!highControl || bytes.starts_with(utf8));
+  // What is no UTF-8 is decoded to something else. `bytes` may end in the middle of a character.
+  CharacterDecoder decoder;
+  return !bytes.empty() && (!highControl || bytes.starts_with(decoder.decode(codes, true)));
 }
 
 ContentType guessText(std::string_view text) {

@@ -69,11 +69,11 @@ char32_t firstCharacter(std::string_view utf8, size_t *length) {
   return character;
 }
 
-void appendUtf8(char32_t character, std::string *utf8) {
+char *storeUtf8(char32_t character, char *to) {
   if (character > 0x10FFFF || (0xD800 <= character && character <= 0xDFFF)) {
     character = kReplacement;
   }
-  const auto put = [utf8](char32_t byte) { utf8->push_back(static_cast<char>(byte)); };
+  const auto put = [&to](char32_t byte) { *to++ = static_cast<char>(byte); };
   const auto putRest = [&put, character](int shift) { put(0x80 | (character >> shift & 0x3F)); };
   if (character < 0x80) {
     put(character);
@@ -90,6 +90,12 @@ void appendUtf8(char32_t character, std::string *utf8) {
     putRest(6);
     putRest(0);
   }
+  return to;
+}
+
+void appendUtf8(char32_t character, std::string *utf8) {
+  char bytes[4];
+  utf8->append(bytes, static_cast<size_t>(storeUtf8(character, bytes) - bytes));
 }
 
 void appendPrintable(std::string_view utf8, std::string *to) {

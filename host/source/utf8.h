@@ -26,7 +26,11 @@ inline bool isPrintableAscii(char byte) { return ' ' <= byte && byte <= '~'; }
 // How many bytes at the head of `text` are that.
 size_t printableAsciiLength(std::string_view text);
 
-// Appends a character in UTF-8; U+FFFD for a number that is no character.
+// Stores a character in UTF-8, U+FFFD for a number that is no character, in up to four bytes.
+// Answers the end of what was stored.
+char *storeUtf8(char32_t character, char *to);
+
+// Appends the same.
 void appendUtf8(char32_t character, std::string *utf8);
 
 // Decodes the character at the head of `utf8`, which is valid, and stores its length in bytes.

@@ -69,7 +69,7 @@ void TraceWriter::write(std::string_view routine, const Arguments &...arguments)
   sink_(line_);
 }
 
-void TraceWriter::emitChars(std::span<const uint16_t> codes) {
+void TraceWriter::emitChars(std::span<const uint16_t> codes, bool) {
   for (const uint16_t code : codes) write("SoEmitChar", Character{code});
 }
 

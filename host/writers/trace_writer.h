@@ -27,7 +27,7 @@ class TraceWriter : public Output {
   // `sink` takes each line, without a line end; the text is valid during the call.
   explicit TraceWriter(std::function<void(std::string_view line)> sink) : sink_(std::move(sink)) {}
 
-  void emitChars(std::span<const uint16_t> codes) override;
+  void emitChars(std::span<const uint16_t> codes, bool more) override;
   void emitSpecial(uint32_t kind) override;
   void setCharHeight(uint32_t height) override;
   void addTabStop(const VcardTabStop &tab) override;
