@@ -47,9 +47,11 @@ class Base64Io final : public PositionedIo<Base64Io> {
   void restart();
   int32_t fill();
   Step decode(uint8_t *byte);
+  uint32_t decodeGroups(uint8_t *to, uint32_t size);
 
   VcardIo *source_;
   base64_decode_ctx context_;
+  uint32_t taken_;    // characters of the data, as it counts groups of four
   uint64_t decoded_;  // bytes given since the start
   bool ended_;
   bool atLineHead_;  // the last byte taken was a line end

@@ -152,7 +152,6 @@ void PropertyReader::beginValue() {
 // The text behind the label: the rest of a list of types, or all parameters of a property that the
 // filter doesn't know.
 void PropertyReader::takeList() {
-  property_.types = types_;
   if (property_.label == 0 && list_.starts_with(ParametersBegin) && list_.ends_with(ListEnd) &&
       list_.size() >= ParametersBegin.size() + ListEnd.size()) {
     const std::string_view text = std::string_view(list_).substr(
@@ -167,6 +166,7 @@ void PropertyReader::takeList() {
       parameter.name = "TYPE";
       parameter.values = types_;
     }
+    property_.types.swap(types_);
   }
 }
 

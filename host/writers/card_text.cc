@@ -80,7 +80,7 @@ void CardText::endSection() {
   endProperty();
   for (Row &row : std::exchange(last_, {})) {
     ownHead_ = PropertyHead();
-    ownHead_.label = std::move(row.label);
+    ownHead_.heading = std::move(row.label);
     head_ = &ownHead_;
     place_ = Place::Text;
     putLines(row.value);
@@ -178,7 +178,10 @@ void CardText::object(const PlacedObject &object) {
   if (place_ == Place::Nowhere || inSummary_) return;
   putHeld();
   place_ = Place::Text;
-  if (!head_->isKey) changeHead()->additions.clear();
+  if (!head_->isKey) {
+    changeHead()->additions.clear();
+    ownHead_.setHeading();
+  }
   const ObjectContent content = examineContent(object, contentTypeOf_);
   put("[");
   put(object.title.empty() ? head_->label : object.title);
@@ -190,7 +193,9 @@ void CardText::object(const PlacedObject &object) {
 }
 
 void CardText::lateParameter(const Parameter &parameter) {
-  if (place_ != Place::Nowhere) addParameter(parameter, changeHead());
+  if (place_ == Place::Nowhere) return;
+  addParameter(parameter, changeHead());
+  ownHead_.setHeading();
 }
 
 PropertyHead *CardText::changeHead() {
@@ -202,7 +207,7 @@ PropertyHead *CardText::changeHead() {
 void CardText::endProperty() {
   if (place_ == Place::Nowhere) return;
   if (place_ == Place::Last && !held_.empty() && last_.size() < kMostLast) {
-    last_.push_back({head_->heading(), std::exchange(held_, {})});
+    last_.push_back({head_->heading, std::exchange(held_, {})});
   }
   putHeld();
   if (isOpen_ && !head_->timeZone.empty()) put(" " + head_->timeZone);
@@ -226,10 +231,10 @@ void CardText::moveToValue() {
   if (!labelWritten_) {
     beginListing();
     if (isAlarm_) {
-      writeSubLabel(head_->heading());
+      writeSubLabel(head_->heading);
     } else {
       lines_.setIndent(kLabelIndent);
-      writeStyled(head_->heading(), kDim);
+      writeStyled(head_->heading, kDim);
     }
     labelWritten_ = true;
   }

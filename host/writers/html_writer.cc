@@ -467,7 +467,7 @@ void HtmlWriter::endProperty() {
     } else if (head_.isLast && kind_ != Kind::Alarm && !streams_ && !inField_ &&
                held_.size() <= kLongestLast && last_.size() < kMostLast) {
       place_ = Place::Nowhere;
-      if (!held_.empty()) last_.push_back({head_.heading(), held_});
+      if (!held_.empty()) last_.push_back({head_.heading, held_});
     }
   }
   if (form_ == Form::Person && streams_) {  // too long to stand beside what is told of it

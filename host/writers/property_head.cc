@@ -105,8 +105,10 @@ PropertyHead headOf(const Property &property) {
   } else if (!head.isLabelled && property.parameters.empty() && !property.types.empty()) {
     head.additions = "TYPE=" + joined(property.types);
   }
-  if (head.isMedia) return head;
-  for (const Parameter &parameter : property.parameters) addParameter(parameter, &head);
+  if (!head.isMedia) {
+    for (const Parameter &parameter : property.parameters) addParameter(parameter, &head);
+  }
+  head.setHeading();
   return head;
 }
 
@@ -161,9 +163,10 @@ std::string PropertyHead::parenthesis() const {
   return list;
 }
 
-std::string PropertyHead::heading() const {
+void PropertyHead::setHeading() {
+  heading = label;
   const std::string list = parenthesis();
-  return list.empty() ? label : label + (label.empty() ? "(" : " (") + list + ")";
+  if (!list.empty()) heading += (label.empty() ? "(" : " (") + list + ")";
 }
 
 bool isTimeZoneRule(std::string_view component) {

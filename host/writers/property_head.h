@@ -26,6 +26,7 @@ struct PropertyHead {
   std::string label;        // fit to be shown
   std::string group;        // what the card calls its group; stands in parentheses
   std::string additions;    // stands there too: "home, voice"
+  std::string heading;      // label and parentheses; setHeading keeps it up
   std::vector<Row> rows;    // of its parameters
   std::string timeZone;     // stands behind a date
   std::string omittedYear;  // stands for none in a date
@@ -37,8 +38,7 @@ struct PropertyHead {
 
   // What stands in the parentheses: "assistant, home, voice", or nothing.
   std::string parenthesis() const;
-  // The label with the parentheses.
-  std::string heading() const;
+  void setHeading();
 };
 
 PropertyHead headOf(const Property &property);

@@ -3,9 +3,11 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <utility>
 
+#include "host/source/byte_search.h"
 #include "host/source/utf8.h"
 
 namespace px {
@@ -13,7 +15,8 @@ namespace {
 
 constexpr size_t kMaxHeld = 8192;
 constexpr size_t kMaxLine = 4096;  // bytes: characters without a width would make it endless
-constexpr size_t kNone = std::string::npos;
+constexpr size_t kMaxPiece = 256;  // bytes that are copied before they are looked at
+constexpr size_t kNone = SIZE_MAX;
 constexpr std::string_view kReplacement = "\uFFFD";
 
 struct Character {
@@ -42,40 +45,22 @@ bool canBeginLine(char32_t code) {
          (0x20000 <= code && code <= 0x3FFFF);
 }
 
-// The head of a text, and how many columns it takes.
-struct Stretch {
-  size_t length;
-  size_t columns;
-};
-
-// How many bytes so many characters have at the head of a longer text.
-size_t lengthOf(std::string_view utf8, size_t characters) {
-  size_t end = 0;
-  for (++characters;; ++end) {
-    if ((utf8[end] & 0xC0) != 0x80 && --characters == 0) return end;
-  }
-}
-
-Stretch asciiStretch(std::string_view utf8) {
-  const size_t plain = printableAsciiLength(utf8);
-  return {plain, plain};
-}
-
-// Of characters that take one column each, and before which no line can begin but behind a blank.
-Stretch singleColumnStretch(std::string_view utf8) {
-  Stretch stretch = {0, 0};
-  for (;;) {
-    const size_t plain = printableAsciiLength(utf8.substr(stretch.length));
-    stretch.length += plain;
-    stretch.columns += plain;
-    if (stretch.length == utf8.size()) return stretch;
-    do {
-      size_t length;
-      const char32_t code = firstCharacter(utf8.substr(stretch.length), &length);
-      if (drivesTerminal(code) || canBeginLine(code) || widthOf(code) != 1) return stretch;
-      stretch.length += length;
-      ++stretch.columns;
-    } while (stretch.length < utf8.size() && !isPrintableAscii(utf8[stretch.length]));
+// Copies less than sixteen bytes, which the C library's routine would do in a call.
+void copyShort(std::string_view from, char *to) {
+  const auto copyEnds = [&from, to](auto part) {
+    std::memcpy(&part, from.data() + from.size() - sizeof part, sizeof part);
+    std::memcpy(to + from.size() - sizeof part, &part, sizeof part);
+    std::memcpy(&part, from.data(), sizeof part);
+    std::memcpy(to, &part, sizeof part);
+  };
+  if (from.size() >= 8) {
+    copyEnds(uint64_t());
+  } else if (from.size() >= 4) {
+    copyEnds(uint32_t());
+  } else if (from.size() >= 2) {
+    copyEnds(uint16_t());
+  } else if (!from.empty()) {
+    *to = from[0];
   }
 }
 
@@ -105,82 +90,109 @@ size_t lengthWithin(std::string_view utf8, uint32_t columns) {
   return end;
 }
 
-// Text is added in stretches of characters that take a column each; other ones come one by one. A
-// line that can grow too long for kMaxLine is given up piece by piece, in ASCII.
-void WrappedLines::write(std::string_view utf8) {
-  while (!utf8.empty()) {
-    const bool inAscii = lineSize() + utf8.size() > kMaxLine;
-    const Stretch stretch = inAscii ? asciiStretch(utf8) : singleColumnStretch(utf8);
-    writeStretch(utf8.substr(0, stretch.length), stretch.columns);
-    utf8.remove_prefix(stretch.length);
-    if (!utf8.empty()) utf8.remove_prefix(writeCharacter(utf8));
-  }
+// The buffer.
+
+// Answers where so many bytes can be added, with room behind them for a step of a search.
+inline char *WrappedLines::room(size_t size) {
+  const size_t needed = size_ + size + sizeof(ByteVector);
+  if (text_.size() < needed) text_.resize(needed + needed / 2);
+  return text_.data() + size_;
 }
 
-void WrappedLines::writeStretch(std::string_view text, size_t columns) {
-  while (!text.empty()) {
-    const size_t room = std::min<size_t>(width_ - column_, kMaxLine);
-    if (columns <= room) return add(text, columns);
-    if (room > 0) {
-      const size_t length = columns == text.size() ? room : lengthOf(text, room);
-      add(text.substr(0, length), room);
-      text.remove_prefix(length);
-      columns -= room;
-    } else if (text[0] == ' ') {
+inline void WrappedLines::append(std::string_view text) {
+  std::memcpy(room(text.size()), text.data(), text.size());
+  size_ += text.size();
+}
+
+// Puts so many of `sign` in place of so many bytes.
+inline void WrappedLines::replace(size_t at, size_t size, size_t newSize, char sign) {
+  room(newSize);
+  char *const to = text_.data() + at;
+  if (at + size < size_) std::memmove(to + newSize, to + size, size_ - at - size);
+  std::memset(to, sign, newSize);
+  size_ += newSize - size;
+}
+
+// Text.
+
+void WrappedLines::write(std::string_view utf8) {
+  while (!utf8.empty()) {
+    const size_t room = std::min<size_t>(width_ - column_, kMaxPiece);
+    if (!isPrintableAscii(utf8.front())) {
+      utf8.remove_prefix(writeCharacter(utf8));
+    } else if (room > 0) {
+      utf8.remove_prefix(addAscii(utf8.substr(0, room)));
+    } else if (utf8.front() == ' ') {
       // The end of a full line is a place to break. Nothing is broken before text follows.
       breakHere();
-      text.remove_prefix(1);
-      --columns;
+      utf8.remove_prefix(1);
     } else {
       wrap();
     }
   }
 }
 
+// Adds the printable ASCII at the head of a text for all of which the line has room. Answers its
+// length. The text is looked at where it comes to stand, sixteen bytes at a step.
+size_t WrappedLines::addAscii(std::string_view text) {
+  if (lineSize() + text.size() > kMaxLine) spill();
+  char *const to = room(text.size());
+  if (text.size() < sizeof(ByteVector)) {
+    copyShort(text, to);
+  } else {
+    std::memcpy(to, text.data(), text.size());
+  }
+  size_t length = 0;
+  size_t behindBlank = 0;
+  for (uint32_t others = 0; others == 0;) {
+    ByteVector bytes;
+    std::memcpy(&bytes, to + length, sizeof bytes);
+    others = bitsOf(ByteVector(bytes - ' ' > '~' - ' '));
+    if (text.size() - length < sizeof bytes) others |= UINT32_MAX << (text.size() - length);
+    const uint32_t before = (others & -others) - 1;  // bits of the bytes that stand before those
+    const uint32_t blanks = bitsOf(isByte(bytes, ' ')) & before;
+    if (blanks != 0) behindBlank = length + static_cast<size_t>(std::bit_width(blanks));
+    length += others == 0 ? sizeof bytes : static_cast<size_t>(std::countr_zero(others));
+  }
+  // No line is broken at the blanks that it begins with.
+  const size_t first = hasText_ ? 0 : std::min(text.find_first_not_of(' '), length);
+  if (first < behindBlank) {
+    break_ = size_ + behindBlank;
+    breakColumn_ = column_ + static_cast<uint32_t>(behindBlank);
+  }
+  hasText_ = hasText_ || first < length;
+  open_ = true;
+  size_ += length;
+  column_ += static_cast<uint32_t>(length);
+  return length;
+}
+
 // Adds the character at the head of `utf8`; answers its length.
 size_t WrappedLines::writeCharacter(std::string_view utf8) {
   size_t length;
   const char32_t code = firstCharacter(utf8, &length);
-  const std::string_view shown = drivesTerminal(code) ? kReplacement : utf8.substr(0, length);
-  const auto width = drivesTerminal(code) ? 1 : widthOf(code);
+  const bool drives = drivesTerminal(code);
+  const auto width = drives ? 1 : widthOf(code);
   if (hasText_ && canBeginLine(code)) breakHere();
   if (width > width_ - column_) wrap();
-  text_ += shown;
+  copyShort(drives ? kReplacement : utf8.substr(0, length), room(length));
+  size_ += drives ? kReplacement.size() : length;
   column_ += width;
   open_ = hasText_ = true;
   if (lineSize() > kMaxLine) spill();
   return length;
 }
 
-// Adds a stretch for which there is room.
-void WrappedLines::add(std::string_view text, size_t columns) {
-  const size_t first = hasText_ ? 0 : text.find_first_not_of(' ');
-  if (first != kNone) {
-    if (const void *blank = memrchr(text.data() + first, ' ', text.size() - first)) {
-      const auto end = static_cast<size_t>(static_cast<const char *>(blank) + 1 - text.data());
-      const size_t behind =
-          columns == text.size() ? text.size() - end : columnCount(text.substr(end));
-      break_ = text_.size() + end;
-      breakColumn_ = column_ + static_cast<uint32_t>(columns - behind);
-    }
-    hasText_ = true;
-  }
-  open_ = true;
-  text_ += text;
-  column_ += static_cast<uint32_t>(columns);
-  if (lineSize() > kMaxLine) spill();
-}
-
 void WrappedLines::breakHere() {
-  break_ = text_.size();
+  break_ = size_;
   breakColumn_ = column_;
 }
 
-void WrappedLines::addSequence(std::string_view sequence) { text_ += sequence; }
+void WrappedLines::addSequence(std::string_view sequence) { append(sequence); }
 
 void WrappedLines::padTo(uint32_t column) {
   if (column <= column_) return;
-  text_.append(column - column_, ' ');
+  replace(size_, 0, column - column_, ' ');
   column_ = column;
   open_ = true;
   hasText_ = false;
@@ -193,8 +205,8 @@ void WrappedLines::wrap() {
   const bool atBlank = break_ != kNone && breakColumn_ > indent;
   const uint32_t restColumns = atBlank ? column_ - breakColumn_ : 0;
   column_ -= restColumns;
-  giveLine(atBlank ? break_ : text_.size());
-  text_.insert(lineStart_, indent, ' ');
+  giveLine(atBlank ? break_ : size_);
+  replace(lineStart_, 0, indent, ' ');
   column_ = indent + restColumns;
   open_ = true;
   hasText_ = lineSize() > indent;
@@ -205,7 +217,7 @@ void WrappedLines::giveLine(size_t end) {
   size_t shown = end;
   while (shown > lineStart_ && text_[shown - 1] == ' ') --shown;
   widest_ = std::max(widest_, column_ - static_cast<uint32_t>(end - shown));
-  text_.replace(shown, end - shown, 1, '\n');
+  replace(shown, end - shown, 1, '\n');
   beginLine(shown + 1);
 }
 
@@ -216,24 +228,24 @@ void WrappedLines::beginLine(size_t start) {
 }
 
 // Gives up what the line could still be broken at.
-void WrappedLines::spill() { beginLine(text_.size()); }
+void WrappedLines::spill() { beginLine(size_); }
 
 void WrappedLines::endLine() {
   if (!open_) return;
-  giveLine(text_.size());
+  giveLine(size_);
   column_ = 0;
   open_ = hasText_ = false;
 }
 
 void WrappedLines::skipLine() {
   endLine();
-  text_.insert(lineStart_, 1, '\n');
+  replace(lineStart_, 0, 1, '\n');
   beginLine(lineStart_ + 1);
 }
 
 void WrappedLines::flush() {
-  if (lineStart_ > 0) sink_(std::string_view(text_).substr(0, lineStart_));
-  text_.erase(0, lineStart_);
+  if (lineStart_ > 0) sink_(std::string_view(text_.data(), lineStart_));
+  replace(0, lineStart_, 0, ' ');
   lineStart_ = 0;
 }
 

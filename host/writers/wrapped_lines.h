@@ -8,10 +8,11 @@
 #ifndef PX_HOST_WRITERS_WRAPPED_LINES_H
 #define PX_HOST_WRITERS_WRAPPED_LINES_H
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "host/writers/text_sink.h"
 
@@ -56,27 +57,30 @@ class WrappedLines {
   uint32_t takeWidest();
 
  private:
-  void writeStretch(std::string_view text, size_t columns);
+  size_t addAscii(std::string_view text);
   size_t writeCharacter(std::string_view utf8);
-  void add(std::string_view text, size_t columns);
   void breakHere();
   void wrap();
   void giveLine(size_t end);
   void beginLine(size_t start);
-  size_t lineSize() const { return text_.size() - lineStart_; }
+  size_t lineSize() const { return size_ - lineStart_; }
   void spill();
+  char *room(size_t size);
+  void append(std::string_view text);
+  void replace(size_t at, size_t size, size_t newSize, char sign);
 
   const uint32_t width_;
   TextSink sink_;
-  std::string text_;      // lines that are whole, and
-  size_t lineStart_ = 0;  // from here on, what can still be broken of the open one
+  std::vector<char> text_;  // its first size_ bytes: lines that are whole, and
+  size_t lineStart_ = 0;    // from here on, what can still be broken of the open one
+  size_t size_ = 0;
   uint32_t indent_ = 0;
   uint32_t column_ = 0;
   uint32_t widest_ = 0;
-  bool open_ = false;     // something stands in the line, if only blanks
-  bool hasText_ = false;  // other than padding and blanks: the next blank is a place to break
-  size_t break_ = std::string::npos;  // in text_, where the line can break last
-  uint32_t breakColumn_ = 0;          // likewise
+  bool open_ = false;         // something stands in the line, if only blanks
+  bool hasText_ = false;      // other than padding and blanks: the next blank is a place to break
+  size_t break_ = SIZE_MAX;   // in text_, where the line can break last
+  uint32_t breakColumn_ = 0;  // likewise
 };
 
 }  // namespace px
