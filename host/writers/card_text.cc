@@ -160,7 +160,7 @@ void CardText::moveToSummary() {
 void CardText::beginProperty(const Property &property) {
   endProperty();
   if (!inSection_ || !isShown_ || property.labelsGroup) return;
-  head_ = &heads_.of(property);
+  head_ = &heads_.of(property, headOf);
   place_ = head_->isDate ? Place::Date : head_->isLast && !isAlarm_ ? Place::Last : Place::Text;
 }
 

@@ -32,6 +32,7 @@
 #include <vector>
 
 #include "host/reading/card_events.h"
+#include "host/writers/kept_heads.h"
 #include "host/writers/object_content.h"
 #include "host/writers/property_head.h"
 #include "host/writers/text_look.h"
@@ -107,7 +108,7 @@ class CardText : public CardEvents {
   bool divided_ = false;                       // an empty line of the address stands above
   bool underline_ = false;                     // the line is the heading
 
-  PropertyHeads heads_;
+  KeptHeads<PropertyHead> heads_;
   const PropertyHead *head_;  // its label waits for a value
   PropertyHead ownHead_;      // one that is nobody else's
   bool labelWritten_ = false;

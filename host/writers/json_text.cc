@@ -37,27 +37,25 @@ uint32_t characterToEscape(std::string_view text, size_t *length) {
   return at(0) >= 0x80 ? 0 : at(0);
 }
 
-void appendEscape(uint32_t character, std::string *to) {
-  to->push_back('\\');
+void putEscape(uint32_t character, JsonStream *to) {
+  to->Put('\\');
   switch (character) {
     case '"':
     case '\\':
-      to->push_back(static_cast<char>(character));
+      to->Put(static_cast<char>(character));
       break;
     case '\n':
-      to->push_back('n');
+      to->Put('n');
       break;
     case '\r':
-      to->push_back('r');
+      to->Put('r');
       break;
     case '\t':
-      to->push_back('t');
+      to->Put('t');
       break;
     default:
-      to->push_back('u');
-      for (int shift = 12; shift >= 0; shift -= 4) {
-        to->push_back(kHexDigits[character >> shift & 0xF]);
-      }
+      to->Put('u');
+      for (int shift = 12; shift >= 0; shift -= 4) to->Put(kHexDigits[character >> shift & 0xF]);
   }
 }
 
@@ -66,26 +64,63 @@ void appendEscape(uint32_t character, std::string *to) {
 void JsonStream::putEscaped(std::string_view utf8) {
   while (!utf8.empty()) {
     const size_t plain = lengthBefore(utf8, isStop);
-    held_.append(utf8, 0, plain);
+    put(utf8.substr(0, plain));
     utf8.remove_prefix(plain);
-    if (!utf8.empty()) {
-      size_t length = 0;
-      // U+0000 shares its answer with characters that stay: it alone is the byte 0.
-      const uint32_t character = characterToEscape(utf8, &length);
-      if (character != 0 || utf8[0] == '\0') {
-        appendEscape(character, &held_);
-      } else {
-        held_.append(utf8, 0, length);
-      }
-      utf8.remove_prefix(length);
+    if (utf8.empty()) return;
+    size_t length = 0;
+    // U+0000 shares its answer with characters that stay: it alone is the byte 0.
+    const uint32_t character = characterToEscape(utf8, &length);
+    if (character != 0 || utf8[0] == '\0') {
+      putEscape(character, this);
+    } else {
+      put(utf8.substr(0, length));
     }
-    if (held_.size() >= MaxHeld) giveOut();
+    utf8.remove_prefix(length);
   }
 }
 
+void JsonStream::putLong(std::string_view bytes) {
+  giveOut();
+  if (bytes.size() < held_.size()) return put(bytes);
+  sink_(bytes);
+}
+
 void JsonStream::giveOut() {
-  if (!held_.empty()) sink_(held_);
-  held_.clear();
+  if (size_ > 0) sink_({held_.data(), std::exchange(size_, 0)});
+}
+
+void JsonText::quoted(std::string_view json) {
+  writer_.beginString();
+  stream_.put(json);
+}
+
+void JsonText::key(std::string_view name) {
+  beginString();
+  stream_.put(name);
+  endString();
+}
+
+void JsonText::string(std::string_view utf8) {
+  beginString();
+  addToString(utf8);
+  endString();
+}
+
+void JsonText::member(std::string_view name, std::string_view utf8) {
+  key(name);
+  string(utf8);
+}
+
+void JsonText::member(std::string_view name, uint64_t value) {
+  key(name);
+  number(value);
+}
+
+void JsonText::member(std::string_view name, const std::vector<std::string> &values) {
+  key(name);
+  startArray();
+  for (const std::string &value : values) string(value);
+  endArray();
 }
 
 }  // namespace px

@@ -46,13 +46,53 @@ std::string asUtf8(std::string_view bytes) {
   return utf8;
 }
 
+// A parameter that comes twice is one key with the values of both.
+void putParameters(const std::vector<Parameter> &parameters, JsonText *json) {
+  std::map<std::string_view, std::vector<const Parameter *>> byName;
+  for (const Parameter &parameter : parameters) byName[parameter.name].push_back(&parameter);
+  json->key("params");
+  json->startObject();
+  for (const Parameter &parameter : parameters) {
+    const auto &same = byName[parameter.name];
+    if (same.front() != &parameter) continue;  // written with the first of its name
+    json->string(parameter.name);
+    json->startArray();
+    for (const Parameter *each : same) {
+      for (const std::string &value : each->values) json->string(value);
+    }
+    json->endArray();
+  }
+  json->endObject();
+}
+
+// What the head of a property tells behind its name.
+void putHead(const Property &property, std::string_view name, JsonText *json) {
+  if (!property.group.empty()) json->member("group", property.group);
+  const std::string_view label = propertyLabel(property.label, name);
+  if (!label.empty()) json->member("label", label);
+  if (!property.parameters.empty()) putParameters(property.parameters, json);
+}
+
+// The name, as the value of its key, and what follows it.
+std::string headInJson(const Property &property) {
+  constexpr std::string_view before = R"({"name":)", behind = "}";
+  std::string text;
+  JsonText json([&text](std::string_view bytes) { text += bytes; });
+  const std::string name = inCapitals(property.name);
+  json.startObject();
+  json.member("name", name);
+  putHead(property, name, &json);
+  json.endObject();
+  json.flush();
+  return text.substr(before.size(), text.size() - before.size() - behind.size());
+}
+
 }  // namespace
 
 JsonWriter::JsonWriter(JsonForm form, ContentTypeOf contentTypeOf, TextSink sink)
-    : form_(form), contentTypeOf_(std::move(contentTypeOf)), stream_(std::move(sink)) {}
+    : form_(form), contentTypeOf_(std::move(contentTypeOf)), json_(std::move(sink)) {}
 
-// Files and sections. Each section is a text of its own to the RapidJSON writer, so the writer's
-// state doesn't grow, and stands on a line of its own.
+// Files and sections. Each section is a text of its own and stands on a line of its own.
 
 void JsonWriter::beginFile(std::string_view name) {
   closeSection();
@@ -62,36 +102,36 @@ void JsonWriter::beginFile(std::string_view name) {
 void JsonWriter::error(std::string_view file, std::string_view message) {
   closeSection();
   beginObject();
-  member("file", asUtf8(file));
-  member("error", asUtf8(message));
+  json_.member("file", asUtf8(file));
+  json_.member("error", asUtf8(message));
   endObject();
 }
 
 void JsonWriter::beginObject() {
-  if (form_ == JsonForm::Elements) stream_.put(any_ ? ",\n" : "\n");
+  if (form_ == JsonForm::Elements) json_.between(any_ ? ",\n" : "\n");
   any_ = true;
-  writer_.Reset(stream_);
-  writer_.StartObject();
+  json_.begin();
+  json_.startObject();
 }
 
 void JsonWriter::endObject() {
-  writer_.EndObject();
-  if (form_ == JsonForm::Lines) stream_.put("\n");
+  json_.endObject();
+  if (form_ == JsonForm::Lines) json_.between("\n");
 }
 
 void JsonWriter::beginSection(const Section &section) {
   closeSection();
   beginObject();
   place_ = Place::Section;
-  member("file", file_);
-  member("section", section.number);
+  json_.member("file", file_);
+  json_.member("section", section.number);
   const bool isVcard = section.format == VcardFormatVcard;
-  member("format", isVcard ? "vcard" : "vcalendar");
-  if (!section.component.empty()) member("component", section.component);
-  if (!section.version.empty()) member("version", section.version);
+  json_.member("format", isVcard ? "vcard" : "vcalendar");
+  if (!section.component.empty()) json_.member("component", section.component);
+  if (!section.version.empty()) json_.member("version", section.version);
   member(section.extent);
   const bool isCard = section.component.empty() ? isVcard : section.component == "VCARD";
-  if (section.partOf > 0) member(isCard ? "agentOf" : "partOf", section.partOf);
+  if (section.partOf > 0) json_.member(isCard ? "agentOf" : "partOf", section.partOf);
 }
 
 void JsonWriter::endSection() { closeSection(); }
@@ -101,7 +141,7 @@ void JsonWriter::closeSection() {
   if (place_ == Place::Outside) return;
   endProperty();
   openProperties();
-  writer_.EndArray();
+  json_.endArray();
   endObject();
   place_ = Place::Outside;
 }
@@ -127,8 +167,8 @@ void JsonWriter::endSummaryLine(const std::vector<std::string> &types) {
   if (form == Form::Text) return;  // a further line of the kind continues it
   endString();
   if (form == Form::Objects) {
-    if (!types.empty()) member("types", types);
-    writer_.EndObject();
+    if (!types.empty()) json_.member("types", types);
+    json_.endObject();
   }
 }
 
@@ -136,7 +176,7 @@ void JsonWriter::summaryText(std::string_view utf8) {
   if (!lineWritten_ || breaks_ > 0) moveToSummaryLine();
   lineWritten_ = true;
   breaks_ = 0;
-  stream_.putEscaped(utf8);
+  json_.addToString(utf8);
 }
 
 void JsonWriter::moveToSummaryLine() {
@@ -146,32 +186,32 @@ void JsonWriter::moveToSummaryLine() {
     if (kind_) {
       endSummaryKind();
     } else {
-      key("summary");
-      writer_.StartObject();
+      json_.key("summary");
+      json_.startObject();
     }
-    key(summaryKey.name);
-    if (summaryKey.form != Form::Text) writer_.StartArray();
+    json_.key(summaryKey.name);
+    if (summaryKey.form != Form::Text) json_.startArray();
     kind_ = lineKind_;
     divided_ = false;
   }
   if (summaryKey.form == Form::Lines) {
     if (inString_) endString();
-    if (std::exchange(divided_, false)) string("");
+    if (std::exchange(divided_, false)) json_.string("");
     beginString();
   } else if (summaryKey.form == Form::Objects && !lineWritten_) {
-    writer_.StartObject();
-    key("value");
+    json_.startObject();
+    json_.key("value");
     beginString();
   } else if (isFirst) {
     beginString();
   } else {
-    stream_.putEscaped("\n");
+    json_.addToString("\n");
   }
 }
 
 void JsonWriter::endSummaryKind() {
   if (inString_) endString();
-  if (keyOf(*kind_).form != Form::Text) writer_.EndArray();
+  if (keyOf(*kind_).form != Form::Text) json_.endArray();
 }
 
 // Ends the summary and begins the properties, unless they have begun.
@@ -179,12 +219,12 @@ void JsonWriter::openProperties() {
   if (place_ == Place::SummaryLine) endSummaryLine({});
   if (kind_) {
     endSummaryKind();
-    writer_.EndObject();
+    json_.endObject();
     kind_.reset();
   }
   if (place_ == Place::Properties) return;
-  key("properties");
-  writer_.StartArray();
+  json_.key("properties");
+  json_.startArray();
   place_ = Place::Properties;
 }
 
@@ -197,26 +237,23 @@ void JsonWriter::beginProperty(const Property &property) {
   place_ = Place::Property;
   value_ = Value::None;
   extent_ = property.extent;
-  writer_.StartObject();
-  const std::string name = inCapitals(property.name);
-  if (!name.empty()) member("name", name);
-  if (!property.group.empty()) member("group", property.group);
-  const std::string_view label = propertyLabel(property.label, name);
-  if (!label.empty()) member("label", label);
+  json_.startObject();
+  if (property.name.empty()) {
+    putHead(property, {}, &json_);
+  } else {
+    json_.key("name");
+    json_.quoted(heads_.of(property, headInJson));
+  }
   late_.clear();
   takesLate_ = property.parameters.empty();
-  if (!takesLate_) {
-    parameters(property.parameters);
-  } else if (!property.types.empty()) {
-    late_.push_back({"TYPE", property.types});
-  }
+  if (takesLate_ && !property.types.empty()) late_.push_back({"TYPE", property.types});
 }
 
 void JsonWriter::beginField(uint32_t) {
   if (place_ != Place::Property) return;
   if (value_ == Value::None) {
-    key("value");
-    writer_.StartArray();
+    json_.key("value");
+    json_.startArray();
     value_ = Value::Fields;
     beginString();
   } else if (value_ == Value::Fields) {
@@ -233,11 +270,11 @@ void JsonWriter::text(std::string_view utf8) {
     summaryText(utf8);
   } else if (place_ == Place::Property) {
     if (value_ == Value::None) {
-      key("value");
+      json_.key("value");
       beginString();
       value_ = Value::Text;
     }
-    if (inString_) stream_.putEscaped(utf8);
+    if (inString_) json_.addToString(utf8);
   }
 }
 
@@ -252,13 +289,13 @@ void JsonWriter::lineBreak() {
 void JsonWriter::object(const PlacedObject &object) {
   if (place_ != Place::Property || value_ != Value::None) return;
   const ObjectContent content = examineContent(object, contentTypeOf_);
-  key("object");
-  writer_.StartObject();
-  member("type", asUtf8(content.type));
-  member("size", content.size);
+  json_.key("object");
+  json_.startObject();
+  json_.member("type", asUtf8(content.type));
+  json_.member("size", content.size);
   member(object.extent);
-  if (!object.title.empty()) member("title", object.title);
-  writer_.EndObject();
+  if (!object.title.empty()) json_.member("title", object.title);
+  json_.endObject();
   value_ = Value::Object;
 }
 
@@ -268,76 +305,29 @@ void JsonWriter::lateParameter(const Parameter &parameter) {
 
 void JsonWriter::endProperty() {
   if (place_ != Place::Property) return;
-  if (value_ == Value::None) member("value", "");
+  if (value_ == Value::None) json_.member("value", "");
   if (inString_) endString();
-  if (value_ == Value::Fields) writer_.EndArray();
-  if (!late_.empty()) parameters(late_);
+  if (value_ == Value::Fields) json_.endArray();
+  if (!late_.empty()) putParameters(late_, &json_);
   member(extent_);
-  writer_.EndObject();
+  json_.endObject();
   place_ = Place::Properties;
 }
 
-// A parameter that comes twice is one key with the values of both.
-void JsonWriter::parameters(const std::vector<Parameter> &parameters) {
-  std::map<std::string_view, std::vector<const Parameter *>> byName;
-  for (const Parameter &parameter : parameters) byName[parameter.name].push_back(&parameter);
-  key("params");
-  writer_.StartObject();
-  for (const Parameter &parameter : parameters) {
-    const auto &same = byName[parameter.name];
-    if (same.front() != &parameter) continue;  // written with the first of its name
-    string(parameter.name);
-    writer_.StartArray();
-    for (const Parameter *each : same) {
-      for (const std::string &value : each->values) string(value);
-    }
-    writer_.EndArray();
-  }
-  writer_.EndObject();
-}
-
-// Members and strings. A string comes in pieces, which RapidJSON's writer doesn't do: it is told of
-// the opening quote only, and what follows goes to the stream.
-
-void JsonWriter::key(std::string_view name) { string(name); }
-
 void JsonWriter::beginString() {
-  writer_.RawValue("\"", 1, rapidjson::kStringType);
+  json_.beginString();
   inString_ = true;
 }
 
 void JsonWriter::endString() {
-  stream_.Put('"');
+  json_.endString();
   inString_ = false;
-}
-
-void JsonWriter::string(std::string_view utf8) {
-  beginString();
-  stream_.putEscaped(utf8);
-  endString();
-}
-
-void JsonWriter::member(std::string_view name, std::string_view utf8) {
-  key(name);
-  string(utf8);
-}
-
-void JsonWriter::member(std::string_view name, uint64_t number) {
-  key(name);
-  writer_.Uint64(number);
-}
-
-void JsonWriter::member(std::string_view name, const std::vector<std::string> &values) {
-  key(name);
-  writer_.StartArray();
-  for (const std::string &value : values) string(value);
-  writer_.EndArray();
 }
 
 void JsonWriter::member(const std::optional<Extent> &extent) {
   if (!extent) return;
-  member("offset", extent->offset);
-  member("length", extent->length);
+  json_.member("offset", extent->offset);
+  json_.member("length", extent->length);
 }
 
 }  // namespace px

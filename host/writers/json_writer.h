@@ -12,8 +12,6 @@
 #ifndef PX_HOST_WRITERS_JSON_WRITER_H
 #define PX_HOST_WRITERS_JSON_WRITER_H
 
-#include <rapidjson/writer.h>
-
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,6 +20,7 @@
 
 #include "host/reading/card_events.h"
 #include "host/writers/json_text.h"
+#include "host/writers/kept_heads.h"
 #include "host/writers/object_content.h"
 
 namespace px {
@@ -44,7 +43,7 @@ class JsonWriter : public CardEvents {
   void error(std::string_view file, std::string_view message);
 
   // Gives all that was written to the sink. Behind a file's last section.
-  void flush() { stream_.giveOut(); }
+  void flush() { json_.flush(); }
 
   void beginSection(const Section &section) override;
   void beginSummaryLine(SummaryKind kind, bool completed) override;
@@ -69,21 +68,13 @@ class JsonWriter : public CardEvents {
   void moveToSummaryLine();
   void endSummaryKind();
   void openProperties();
-  void parameters(const std::vector<Parameter> &parameters);
-
-  void key(std::string_view name);
   void beginString();
   void endString();
-  void string(std::string_view utf8);
-  void member(std::string_view name, std::string_view utf8);
-  void member(std::string_view name, uint64_t number);
-  void member(std::string_view name, const std::vector<std::string> &values);
   void member(const std::optional<Extent> &extent);
 
   const JsonForm form_;
   const ContentTypeOf contentTypeOf_;
-  JsonStream stream_;
-  rapidjson::Writer<JsonStream> writer_{stream_};
+  JsonText json_;
   std::string file_;
   bool any_ = false;  // an object has been written
   Place place_ = Place::Outside;
@@ -95,6 +86,7 @@ class JsonWriter : public CardEvents {
   uint32_t breaks_ = 0;       // line ends that wait for text behind them
   bool divided_ = false;      // an empty line of the address waits likewise
 
+  KeptHeads<std::string> heads_;  // as JSON, from the name's value to the parameters
   Value value_ = Value::None;
   std::optional<Extent> extent_;  // of the property
   bool takesLate_ = false;

@@ -1,7 +1,6 @@
 #include "host/writers/property_head.h"
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -74,18 +73,6 @@ std::string_view cleanLabel(std::string_view label) {
   return label;
 }
 
-constexpr size_t kMostKept = 512;  // bytes of text that a property's head is kept for
-
-size_t textSize(const Property &property) {
-  size_t size = property.name.size() + property.groupLabel.size();
-  for (const std::string &type : property.types) size += type.size();
-  for (const Parameter &parameter : property.parameters) {
-    size += parameter.name.size();
-    for (const std::string &value : parameter.values) size += value.size();
-  }
-  return size;
-}
-
 }  // namespace
 
 PropertyHead headOf(const Property &property) {
@@ -110,28 +97,6 @@ PropertyHead headOf(const Property &property) {
   }
   head.setHeading();
   return head;
-}
-
-// All that headOf looks at.
-bool PropertyHeads::Kept::isFor(const Property &property) const {
-  return label == property.label && name == property.name && groupLabel == property.groupLabel &&
-         types == property.types && parameters == property.parameters;
-}
-
-const PropertyHead &PropertyHeads::of(const Property &property) {
-  size_t number = std::hash<std::string_view>()(property.name) + property.label;
-  for (const std::string &type : property.types) {
-    number = number * 31 + type.size() + static_cast<unsigned char>(type[0]);
-  }
-  std::unique_ptr<Kept> *pair = &kept_[number % (kept_.size() / 2) * 2];
-  for (const Kept *kept : {pair[0].get(), pair[1].get()}) {
-    if (kept && kept->isFor(property)) return kept->head;
-  }
-  if (textSize(property) > kMostKept) return long_ = headOf(property);
-  std::unique_ptr<Kept> &kept = pair[0] ? pair[1] : pair[0];  // whoever comes first stays
-  kept = std::make_unique<Kept>(Kept{property.label, property.name, property.groupLabel,
-                                     property.types, property.parameters, headOf(property)});
-  return kept->head;
 }
 
 void addParameter(const Parameter &parameter, PropertyHead *head) {

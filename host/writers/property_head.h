@@ -4,9 +4,6 @@
 #ifndef PX_HOST_WRITERS_PROPERTY_HEAD_H
 #define PX_HOST_WRITERS_PROPERTY_HEAD_H
 
-#include <array>
-#include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,27 +39,6 @@ struct PropertyHead {
 };
 
 PropertyHead headOf(const Property &property);
-
-// The heads of the properties that came lately, since most have one of the same few.
-class PropertyHeads {
- public:
-  // What headOf answers; valid until the next call.
-  const PropertyHead &of(const Property &property);
-
- private:
-  struct Kept {
-    bool isFor(const Property &property) const;
-
-    uint32_t label = 0;
-    std::string name;
-    std::string groupLabel;
-    std::vector<std::string> types;
-    std::vector<Parameter> parameters;
-    PropertyHead head;
-  };
-  std::array<std::unique_ptr<Kept>, 256> kept_;  // most files need few
-  PropertyHead long_;                            // of a property that tells too much to be kept
-};
 
 // Adds what a parameter tells, also one that comes behind the value.
 void addParameter(const Parameter &parameter, PropertyHead *head);

@@ -1,0 +1,33 @@
+#include "host/writers/kept_heads.h"
+
+#include <functional>
+#include <string_view>
+
+namespace px {
+
+size_t numberOfHead(const Property &property) {
+  size_t number = std::hash<std::string_view>()(property.name) + property.label;
+  for (const std::string &type : property.types) {
+    number = number * 31 + type.size() + static_cast<unsigned char>(type[0]);
+  }
+  return number;
+}
+
+bool isSameHead(const Property &a, const Property &b) {
+  return a.label == b.label && a.name == b.name && a.group == b.group &&
+         a.groupLabel == b.groupLabel && a.labelsGroup == b.labelsGroup && a.types == b.types &&
+         a.parameters == b.parameters;
+}
+
+bool isLongHead(const Property &property) {
+  size_t size = property.name.size() + property.group.size() + property.groupLabel.size();
+  for (const std::string &type : property.types) size += type.size();
+  for (const Parameter &parameter : property.parameters) {
+    size += parameter.name.size();
+    for (const std::string &value : parameter.values) size += value.size();
+  }
+  constexpr size_t most = 512;
+  return size > most;
+}
+
+}  // namespace px
