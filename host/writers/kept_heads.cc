@@ -1,12 +1,13 @@
 #include "host/writers/kept_heads.h"
 
-#include <functional>
-#include <string_view>
+#include <string>
 
 namespace px {
 
 size_t numberOfHead(const Property &property) {
-  size_t number = std::hash<std::string_view>()(property.name) + property.label;
+  const std::string &name = property.name;
+  size_t number = property.label + name.size() * 31;
+  if (!name.empty()) number += static_cast<unsigned char>(name.back()) * size_t{7};
   for (const std::string &type : property.types) {
     number = number * 31 + type.size() + static_cast<unsigned char>(type[0]);
   }

@@ -80,14 +80,16 @@ uint32_t displayWidth(std::string_view utf8) {
 }
 
 size_t lengthWithin(std::string_view utf8, uint32_t columns) {
-  size_t end = 0;
-  while (end < utf8.size()) {
+  for (size_t end = 0;;) {
+    const size_t plain = printableAsciiLength(utf8.substr(end, columns));
+    end += plain;
+    columns -= static_cast<uint32_t>(plain);
+    if (end == utf8.size() || isPrintableAscii(utf8[end])) return end;
     const Character character = characterAt(utf8.substr(end));
-    if (character.width > columns) break;
+    if (character.width > columns) return end;
     columns -= character.width;
     end += character.length;
   }
-  return end;
 }
 
 // The buffer.
