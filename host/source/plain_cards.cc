@@ -310,17 +310,14 @@ class PlainReader {
   bool countRole() {
     if (!known_ || known_->role == SummaryRole::None) return true;
     section_.summaryRoles |= 1u << static_cast<int>(known_->role);
-    SummaryNote summary;
-    summary.role = known_->role;
-    summary.types = note_.head->types;
-    notes_.add(summary);
+    notes_.addSummary(known_->role, note_.head->types, {}, false);
     return ++roles_[static_cast<size_t>(known_->role)] <= kSummarySlots;
   }
 
   ByteSource source_;
   LineNotes &notes_;
   SectionNote section_;
-  std::array<uint32_t, static_cast<size_t>(SummaryRole::Status) + 1> roles_{};
+  std::array<uint32_t, SummaryRoleCount> roles_{};
 
   // Of the current line.
   const KnownProperty *known_ = nullptr;

@@ -425,8 +425,7 @@ void PropertyView::endLine(uint64_t valueStart, bool isCut) {
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->add(
-        SummaryNote{known_->role, note_.head->types, {valueStart, valueEnd - valueStart}, isCut});
+    notes_->addSummary(known_->role, note_.head->types, {valueStart, valueEnd - valueStart}, isCut);
   }
 }
 
