@@ -67,6 +67,19 @@ bool isBase64Digit(char c) {
          c == '/';
 }
 
+// The name of a known property, with the types that the filter writes for it.
+std::string headInView(const KnownProperty &known, const std::vector<std::string> &types) {
+  std::string head(known.name);
+  const bool typed = known.role == SummaryRole::Address || known.role == SummaryRole::Label ||
+                     known.role == SummaryRole::Telephone || known.role == SummaryRole::Email ||
+                     known.form == PropertyForm::Key;
+  if (!typed) return head;
+  for (const std::string &type : types) {
+    if (knownType(type) >= 0) head += ";TYPE=" + type;
+  }
+  return head;
+}
+
 // The type of the content that the parameters tell.
 std::string declaredType(const std::vector<Parameter> &parameters) {
   for (const char *name : {"MEDIATYPE", "FMTTYPE", "TYPE"}) {
@@ -151,6 +164,7 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
     for (std::string &value : parameter.values) value = headText(value);
   }
   head->types = typesOf(head->parameters);
+  if (head->known) head->inView = headInView(*head->known, head->types);
   if (!isWhole) {
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
@@ -266,7 +280,7 @@ void PropertyView::addObject(bool percents) {
         note_.callLabel = kPictureLabel;
       } else {
         note_.callLabel = known_->label;
-        putHead(false);
+        view_->put(note_.head->inView);
         view_->put(known_->form == PropertyForm::Attach ? ";VALUE=BINARY;BASE64:" : ";BASE64:");
       }
     }
@@ -393,7 +407,7 @@ void PropertyView::addWhole() {
 }
 
 void PropertyView::putText(std::string_view text) {
-  putHead(true);
+  putHead();
   const uint64_t start = view_->size();
   view_->putQuoted(text);
   // Between two URLs the summary has nothing.
@@ -455,7 +469,7 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
                       !(isIndexed() && known_->role >= SummaryRole::Telephone);
   if (quoted) {
     note_.callLabel = known_->label;
-    putHead(true);
+    putHead();
   } else {
     note_.fieldsInText = separator_ != 0;
     putPlainHead();
@@ -525,7 +539,7 @@ void PropertyView::addFields() {
 }
 
 void PropertyView::putFields(const std::vector<std::string_view> &fields, bool isCut) {
-  putHead(true);
+  putHead();
   const uint64_t start = view_->size();
   for (size_t i = 0; i < fields.size(); ++i) {
     if (i > 0) view_->put(";");
@@ -557,22 +571,16 @@ void PropertyView::endSection() {
   note_ = LineNote();
   note_.dropped = true;
   note_.callLabel = known_->label;
-  note_.head = notes_->heads()->put({}, 0);
+  LineHead *head = notes_->heads()->put({}, 0);
+  head->inView = known_->name;
+  note_.head = head;
   putText(nameFromParts_);
 }
 
-// The name of a known property, with the types that the filter writes for it.
-void PropertyView::putHead(bool encoded) {
-  view_->put(known_->name);
-  const bool typed = known_->role == SummaryRole::Address || known_->role == SummaryRole::Label ||
-                     known_->role == SummaryRole::Telephone || known_->role == SummaryRole::Email ||
-                     known_->form == PropertyForm::Key;
-  if (typed) {
-    for (const std::string &type : note_.head->types) {
-      if (knownType(type) >= 0) view_->put(";TYPE=" + type);
-    }
-  }
-  if (encoded) view_->put(";QUOTED-PRINTABLE:");
+// Begins the line of a known property whose value is encoded.
+void PropertyView::putHead() {
+  view_->put(note_.head->inView);
+  view_->put(";QUOTED-PRINTABLE:");
 }
 
 void PropertyView::putPlainLine(std::string_view text) {

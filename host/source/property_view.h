@@ -71,7 +71,7 @@ class PropertyView {
   void addFields();
 
   void noteGroup();
-  void putHead(bool encoded);
+  void putHead();
   void endLine(uint64_t valueStart, bool isCut = false);
   void putText(std::string_view text);
   template <class Put>
