@@ -1,6 +1,5 @@
 #include "host/source/byte_source.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "host/io/open_io.h"
@@ -46,22 +45,21 @@ void ByteSource::fill() {
   setLimit();
 }
 
-std::string_view ByteSource::readyInLine(bool *ended) {
-  const std::string_view bytes = ready();
-  if (next_ < searchedFrom_ || lineEnd_ < next_) {
-    searchedFrom_ = next_;
-    lineEnd_ = next_ + lengthBefore({buffer_.get() + next_, filled_ - next_},
-                                    [](ByteVector b) { return isByte(b, '\r') | isByte(b, '\n'); });
-  }
-  *ended = lineEnd_ < limit_;
-  return bytes.substr(0, lineEnd_ - next_);
+void ByteSource::findLineEnd() {
+  searchedFrom_ = next_;
+  lineEnd_ = next_ + lengthBefore({buffer_.get() + next_, filled_ - next_},
+                                  [](ByteVector b) { return isByte(b, '\r') | isByte(b, '\n'); });
 }
 
-bool ByteSource::takeLineEnd() {
-  const int first = peek();
-  if (first != '\r' && first != '\n') return false;
-  ++next_;
-  if (first == '\r' && peek() == '\n') ++next_;
+bool ByteSource::takeRestOfLine(std::string_view *rest) {
+  bool ended;
+  *rest = readyInLine(&ended);
+  size_t behind = lineEnd_ + 1;
+  if (!ended || behind >= limit_) return false;
+  if (buffer_[lineEnd_] == '\r' && buffer_[behind] == '\n' && ++behind == limit_) return false;
+  const char next = buffer_[behind];
+  if (next == ' ' || next == '\t' || next == '\r' || next == '\n') return false;
+  next_ = behind;
   if (countLines_) ++line_;
   return true;
 }

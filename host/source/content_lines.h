@@ -67,7 +67,7 @@ class ContentLines {
 
   bool nextInBuffer(ContentLine *line);
   bool gather(ContentLine *line, Quotes quotes);
-  void split(std::string_view head, ContentLine *line);
+  void split(size_t end, ContentLine *line);
 
   ByteSource *source_;
   FoldRule rule_ = FoldRule::DropsBlank;
