@@ -37,8 +37,7 @@ bool isHexDigit(char c) { return ('0' <= c && c <= '9') || ('A' <= c && c <= 'F'
 
 // Text without control characters, whose first character is no blank.
 bool isPlainText(std::string_view text) {
-  bool cut;
-  if (validUtf8Length(text, &cut) != text.size() || text.starts_with(' ')) return false;
+  if (!isValidUtf8(text) || text.starts_with(' ')) return false;
   return std::none_of(text.begin(), text.end(),
                       [](char c) { return static_cast<unsigned char>(c) < 0x20; });
 }

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "host/source/ascii_case.h"
+#include "host/source/utf8.h"
 #include "host/source/value_text.h"
 #include "px/vcrd.h"
 
@@ -22,7 +23,8 @@ constexpr size_t kMostLines = 7;       // fields of a value of lines that it sho
 constexpr uint32_t kPictureLabel = 79402;
 
 std::string_view withoutLeadingBlanks(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+  while (text.starts_with(' ') || text.starts_with('\t')) text.remove_prefix(1);
+  return text;
 }
 
 // `text` cut to what the filter keeps, between characters.
@@ -33,12 +35,12 @@ std::string_view cut(std::string_view text) {
   return text.substr(0, size);
 }
 
-std::vector<std::string_view> split(std::string_view text) {
-  std::vector<std::string_view> fields;
+void split(std::string_view text, std::vector<std::string_view> *fields) {
+  fields->clear();
   for (;;) {
     const size_t end = std::min(text.find(FieldDivider), text.size());
-    fields.push_back(text.substr(0, end));
-    if (end == text.size()) return fields;
+    fields->push_back(text.substr(0, end));
+    if (end == text.size()) return;
     text.remove_prefix(end + 1);
   }
 }
@@ -56,7 +58,10 @@ std::string joinedName(const std::vector<std::string_view> &parts) {
   return name;
 }
 
-bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\n") == text.npos; }
+bool isBlank(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c == ' ' || c == '\t' || c == '\n'; });
+}
 
 bool areBlank(const std::vector<std::string_view> &fields) {
   return std::all_of(fields.begin(), fields.end(), isBlank);
@@ -150,8 +155,7 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
   if (const LineHead *kept = heads->find(line.head, rules)) return kept;
   std::vector<HeadParameter> given;
   const bool isWhole = splitParameters(line.parameters, ContentLines::MostParameters, &given);
-  size_t open;
-  const bool good = isUtf8(line.head, &open) && open == 0 && isWhole;
+  const bool good = isValidUtf8(line.head) && isWhole;
   LineHead *head = heads->put(good ? line.head : std::string_view(), rules);
   head->known = knownProperty(line.name, format_);
   head->label = head->known ? head->known->label : 0;
@@ -163,6 +167,8 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
     parameter.name = headText(parameter.name);
     for (std::string &value : parameter.values) value = headText(value);
   }
+  const std::string *charset = valueOf(head->parameters, "CHARSET");
+  head->namesOtherSet = charset && !equalsNoCase(*charset, "UTF-8");
   head->types = typesOf(head->parameters);
   if (head->known) head->inView = headInView(*head->known, head->types);
   if (!isWhole) {
@@ -173,8 +179,7 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
 }
 
 std::string PropertyView::headText(std::string_view bytes) {
-  size_t open;
-  if (isUtf8(bytes, &open) && open == 0) return std::string(bytes);
+  if (isValidUtf8(bytes)) return std::string(bytes);
   decoder_.begin(file_->guessedCharset());
   std::string text;
   decoder_.put(bytes, &text);
@@ -183,9 +188,9 @@ std::string PropertyView::headText(std::string_view bytes) {
 }
 
 std::optional<Extent> PropertyView::extentOf(uint64_t from, uint64_t end) const {
-  if (!file_->filePosition) return std::nullopt;
-  const uint64_t offset = file_->filePosition(from);
-  return Extent{offset, file_->filePosition(end) - offset};
+  if (!file_->positions) return std::nullopt;
+  const uint64_t offset = file_->positions->filePosition(from);
+  return Extent{offset, file_->positions->filePosition(end) - offset};
 }
 
 // Cards in cards.
@@ -292,10 +297,7 @@ void PropertyView::addObject(bool percents) {
   }
   if (!good) value.skip();
   note_.extent = extentOf(start_.position, value.end().position);
-  if (digits == 0) {
-    text_.clear();
-    return addWhole();
-  }
+  if (digits == 0) return addWhole({});
   view_->put("=\n");
   note_.data = extentOf(first, last);
   if (!note_.data) note_.data = Extent();
@@ -308,40 +310,45 @@ void PropertyView::addObject(bool percents) {
 
 void PropertyView::addText(const ContentLine &line) {
   ValueBytes value(source_, transfer_, rules_.fold, separator_ == ';');
-  if (!collect(&value)) return addLong(line, &value);
+  const auto collected = collect(&value);
+  if (!collected) return addLong(line, &value);
   note_.extent = extentOf(start_.position, value.end().position);
-  if (transfer_ == Transfer::Base64) decodeBase64();
-
-  size_t open;
-  const bool valid = isUtf8(raw_, &open) && open == 0;
-  beginDecoder(valid);
-  std::string_view decoded = raw_;
-  if (!valid || !decoder_.readsUtf8()) {
+  std::string_view text = *collected;
+  if (transfer_ == Transfer::Base64) {
+    decodeBase64();
+    text = raw_;
+  }
+  const bool valid = isValidUtf8(text);
+  if (!valid || note_.head->namesOtherSet) {
+    beginDecoder(valid);
     decoded_.clear();
-    decoder_.put(raw_, &decoded_);
+    decoder_.put(text, &decoded_);
     if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
-    decoded = decoded_;
+    text = decoded_;
   }
-  text_.clear();
   ValueText meaning(rules_.escapes, separator_);
-  meaning.put(decoded, &text_);
-  meaning.finish(&text_);
-  // The filter drops the blanks before a value that it knows.
-  if (known_ && transfer_ == Transfer::Plain) {
-    text_.erase(0, text_.size() - withoutLeadingBlanks(text_).size());
+  if (meaning.plainLength(text) < text.size()) {
+    text_.clear();
+    meaning.put(text, &text_);
+    meaning.finish(&text_);
+    text = text_;
   }
-  addWhole();
+  // The filter drops the blanks before a value that it knows.
+  if (known_ && transfer_ == Transfer::Plain) text = withoutLeadingBlanks(text);
+  addWhole(text);
 }
 
-// Reads the value; false when it is longer than what is looked at as a whole.
-bool PropertyView::collect(ValueBytes *value) {
-  raw_.clear();
+// Reads the value: in one piece, which stays where it was read, or into raw_. Answers nothing when
+// it is longer than what is looked at as a whole.
+std::optional<std::string_view> PropertyView::collect(ValueBytes *value) {
+  const std::string_view first = value->next();
+  if (value->ended() && transfer_ != Transfer::Base64) return first;
+  raw_ = first;
   while (raw_.size() <= kLongestWhole) {
-    const std::string_view piece = value->next();
-    if (piece.empty()) return true;
-    raw_ += piece;
+    if (value->ended()) return raw_;
+    raw_ += value->next();
   }
-  return false;
+  return std::nullopt;
 }
 
 void PropertyView::decodeBase64() {
@@ -369,41 +376,39 @@ void PropertyView::beginDecoder(bool isUtf8) {
   decoder_.begin(file_->guessedCharset());
 }
 
-// Writes the value in text_.
-void PropertyView::addWhole() {
-  if (!note_.head->group.empty()) noteGroup();
-  if (!known_) return putPlainLine(text_);
-  if (separator_ != 0) return addFields();
+// Writes a value, whose text is given.
+void PropertyView::addWhole(std::string_view text) {
+  if (!note_.head->group.empty()) noteGroup(text);
+  if (!known_) return putPlainLine(text);
+  if (separator_ != 0) return addFields(text);
 
-  const bool hasLineEnd = text_.find('\n') != text_.npos;
   const SummaryRole role = isIndexed() ? known_->role : SummaryRole::None;
   const bool oneLine =
       role == SummaryRole::Telephone || role == SummaryRole::Email || role == SummaryRole::Url;
   const bool single = known_->form == PropertyForm::Single;
-  const bool cutOff = single && (text_.find(';') != text_.npos || text_.size() > kLongestField);
+  const bool cutOff = single && (text.find(';') != text.npos || text.size() > kLongestField);
   const bool version = known_->name == "VERSION";
-  if (oneLine && hasLineEnd) {
-    putForSummary([this] {
-      std::string line = text_;
+  const bool brokenOff = (oneLine || single || version) && text.find('\n') != text.npos;
+  if (oneLine && brokenOff) {
+    putForSummary([this, text] {
+      std::string line(text);
       std::replace(line.begin(), line.end(), '\n', ' ');
       putText(line);
     });
   }
-  const bool takesPlace = known_->role != SummaryRole::None && isBlank(text_);
-  if (takesPlace || cutOff || (hasLineEnd && (oneLine || single || version))) {
-    return putPlainLine(text_);
-  }
+  const bool takesPlace = known_->role != SummaryRole::None && isBlank(text);
+  if (takesPlace || cutOff || brokenOff) return putPlainLine(text);
   note_.callLabel = known_->label;
   if (single || version) {
     // With the blank no version is known, and the filter stays with its simplest dialect.
     view_->put(known_->name);
     view_->put(version ? ": " : ":");
-    view_->put(text_);
+    view_->put(text);
     view_->put("\n");
     notes_->add(note_);
     return;
   }
-  putText(text_);
+  putText(text);
 }
 
 void PropertyView::putText(std::string_view text) {
@@ -416,16 +421,16 @@ void PropertyView::putText(std::string_view text) {
 }
 
 // An X-ABLabel line tells how the other lines of its group are called: the first one does.
-void PropertyView::noteGroup() {
+void PropertyView::noteGroup(std::string_view text) {
   std::vector<std::pair<std::string, std::string>> &labels = section_->groupLabels;
   const bool known = std::find(groups_.begin(), groups_.end(), note_.head->group) != groups_.end();
   if (!equalsNoCase(note_.head->name, "X-ABLABEL")) {
     if (!known && groups_.size() < SectionNote::MaxGroupLabels)
       groups_.push_back(note_.head->group);
-  } else if (known && text_.size() <= kLongestField &&
+  } else if (known && text.size() <= kLongestField &&
              std::none_of(labels.begin(), labels.end(),
                           [this](const auto &label) { return label.first == note_.head->group; })) {
-    labels.emplace_back(note_.head->group, text_);
+    labels.emplace_back(note_.head->group, text);
     note_.labelsGroup = true;
   }
 }
@@ -500,9 +505,10 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
   notes_->add(note_);
 }
 
-// Writes the fields in text_.
-void PropertyView::addFields() {
-  std::vector<std::string_view> fields = split(text_);
+// Writes the fields in `text`.
+void PropertyView::addFields(std::string_view text) {
+  std::vector<std::string_view> &fields = fields_;
+  split(text, &fields);
   if (transfer_ == Transfer::Plain) {
     for (std::string_view &field : fields) field = withoutLeadingBlanks(field);
   }
@@ -523,7 +529,7 @@ void PropertyView::addFields() {
       });
     }
     note_.fieldsInText = true;
-    putPlainLine(text_);
+    putPlainLine(text);
   } else {
     note_.callLabel = known_->label;
     if (!rows) {
@@ -535,7 +541,9 @@ void PropertyView::addFields() {
     putFields(fields, false);
   }
   const bool isName = isIndexed() && known_->role == SummaryRole::Name;
-  if (isName && nameFromParts_.empty()) nameFromParts_ = joinedName(fields);
+  if (isName && nameFromParts_.empty() && !section_->has(SummaryRole::FormattedName)) {
+    nameFromParts_ = joinedName(fields);
+  }
 }
 
 void PropertyView::putFields(const std::vector<std::string_view> &fields, bool isCut) {

@@ -20,6 +20,7 @@
 #include "host/source/line_notes.h"
 #include "host/source/line_parameters.h"
 #include "host/source/text_decoder.h"
+#include "host/source/unicode_input.h"
 #include "host/source/value_bytes.h"
 #include "host/source/view_text.h"
 
@@ -28,8 +29,8 @@ namespace px {
 // What the input as a whole says to its properties.
 struct SourceFile {
   bool unicode = false;  // a byte-order mark told the set: CHARSET holds for encoded values only
-  // Where a position of the input lies in the file; null: it lies nowhere there.
-  std::function<uint64_t(uint64_t position)> filePosition;
+  // Tells where a position of the input lies in the file; null: it lies nowhere there.
+  UnicodeInput *positions = nullptr;
   // The set of texts that name none and aren't UTF-8.
   std::function<const std::string &()> guessedCharset;
 };
@@ -63,14 +64,14 @@ class PropertyView {
   void addObject(bool percents);
 
   void addText(const ContentLine &line);
-  bool collect(ValueBytes *value);
+  std::optional<std::string_view> collect(ValueBytes *value);
   void decodeBase64();
   void beginDecoder(bool isUtf8);
-  void addWhole();
+  void addWhole(std::string_view text);
   void addLong(const ContentLine &line, ValueBytes *value);
-  void addFields();
+  void addFields(std::string_view text);
 
-  void noteGroup();
+  void noteGroup(std::string_view text);
   void putHead();
   void endLine(uint64_t valueStart, bool isCut = false);
   void putText(std::string_view text);
@@ -101,6 +102,7 @@ class PropertyView {
   char separator_ = 0;
   LineNote note_;
   std::string raw_, decoded_, text_;
+  std::vector<std::string_view> fields_;
   TextDecoder decoder_;
 };
 

@@ -18,6 +18,8 @@ class ValueText {
   // `separator` stands between the fields; 0: the value isn't structured.
   ValueText(bool escapes, char separator) : escapes_(escapes), separator_(separator) {}
 
+  // How many bytes at the head of a text mean what they are.
+  size_t plainLength(std::string_view utf8) const;
   // Appends what a piece of UTF-8 means.
   void put(std::string_view utf8, std::string *text);
   // Appends what waits for a further piece.
