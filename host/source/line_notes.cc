@@ -24,21 +24,28 @@ bool holdsAnything(const Field &field) {
   }
 }
 
+// Where the fields of a record go: into a count of how many bytes they take at most, or to where
+// that many have room.
+struct FieldSize {
+  void number(uint64_t) { most += 10; }
+  void text(std::string_view text) { most += text.size(); }
+  size_t most = 0;
+};
+struct FieldBytes {
+  void number(uint64_t number) {
+    char *to = next;
+    for (; number >= 0x80; number >>= 7) *to++ = static_cast<char>(number | 0x80);
+    *to++ = static_cast<char>(number);
+    next = to;
+  }
+  void text(std::string_view text) { next = std::copy(text.begin(), text.end(), next); }
+  char *next;
+};
+
+template <class Target>
 class RecordWriter {
  public:
-  // Writes into `bytes`, whatever it holds. It grows as it must.
-  explicit RecordWriter(std::string *bytes)
-      : bytes_(*bytes), next_(bytes->data()), end_(next_ + bytes->size()) {
-    next_ = room(HeaderSize) + HeaderSize;
-  }
-
-  std::string_view finish() {
-    const auto size = static_cast<size_t>(next_ - bytes_.data());
-    const auto length = static_cast<uint32_t>(size - sizeof(uint32_t));
-    std::memcpy(bytes_.data(), &length, sizeof length);
-    std::memcpy(bytes_.data() + sizeof length, &bits_, sizeof bits_);
-    return {bytes_.data(), size};
-  }
+  explicit RecordWriter(Target to) : to_(to) {}
 
   template <class Field>
   void field(const Field &field) {
@@ -52,15 +59,11 @@ class RecordWriter {
   // A field that is always written: it has no bit.
   template <class Number>
   requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void put(Number number) {
-    auto rest = static_cast<uint64_t>(number);
-    char *to = room(LongestNumber);
-    for (; rest >= 0x80; rest >>= 7) *to++ = static_cast<char>(rest | 0x80);
-    *to++ = static_cast<char>(rest);
-    next_ = to;
+    to_.number(static_cast<uint64_t>(number));
   }
   void put(const std::string &text) {
-    put(static_cast<uint32_t>(text.size()));
-    next_ = std::copy(text.begin(), text.end(), room(text.size()));
+    put(text.size());
+    to_.text(text);
   }
   void put(const Extent &extent) {
     put(extent.offset);
@@ -81,31 +84,35 @@ class RecordWriter {
   }
   template <class T>
   void put(const std::vector<T> &list) {
-    put(static_cast<uint32_t>(list.size()));
+    put(list.size());
     for (const T &item : list) put(item);
   }
 
+  FieldBits bits() const { return bits_; }
+  const Target &target() const { return to_; }
+
  private:
-  // Where as many bytes can be written.
-  char *room(size_t size) {
-    if (static_cast<size_t>(end_ - next_) < size) grow(size);
-    return next_;
-  }
-  void grow(size_t size) {
-    const auto used = static_cast<size_t>(next_ - bytes_.data());
-    bytes_.resize(2 * (used + size));
-    next_ = bytes_.data() + used;
-    end_ = bytes_.data() + bytes_.size();
-  }
-
-  static constexpr size_t HeaderSize = sizeof(uint32_t) + sizeof(FieldBits);
-  static constexpr size_t LongestNumber = 10;
-
-  std::string &bytes_;
-  char *next_, *end_;
+  Target to_;
   FieldBits bits_ = 0;
   FieldBits bit_ = 1;  // of the next field
 };
+
+// Appends the record that `write` gives to any RecordWriter.
+template <class Write>
+void append(Write write, SpoolFile *spool) {
+  RecordWriter size{FieldSize()};
+  write(size);
+  constexpr size_t header = sizeof(uint32_t) + sizeof(FieldBits);
+  char *const start = spool->room(header + size.target().most);
+  RecordWriter record{FieldBytes{start + header}};
+  write(record);
+  const char *const end = record.target().next;
+  const auto length = static_cast<uint32_t>(end - start - sizeof length);
+  const FieldBits bits = record.bits();
+  std::memcpy(start, &length, sizeof length);
+  std::memcpy(start + sizeof length, &bits, sizeof bits);
+  spool->commit(end);
+}
 
 class RecordReader {
  public:
@@ -233,14 +240,15 @@ void visitSection(Note &note, Visit visit) {
 }  // namespace
 
 void LineNotes::add(const LineNote &note) {
-  RecordWriter record(&record_);
-  visitLine(note, [&](const auto &field) { record.field(field); });
   const LineHead &head = *note.head;
   const bool isNew = heads_.isNew(head.slot);
-  record.field(isNew);
-  record.put(head.slot);
-  if (isNew) visitHead(head, [&](const auto &field) { record.put(field); });
-  lines_.append(record.finish());
+  const auto write = [&](auto &record) {
+    visitLine(note, [&](const auto &field) { record.field(field); });
+    record.field(isNew);
+    record.put(head.slot);
+    if (isNew) visitHead(head, [&](const auto &field) { record.put(field); });
+  };
+  append(write, &lines_);
   ++lineCount_;
 }
 
@@ -252,9 +260,10 @@ void LineNotes::addSummary(SummaryRole role, const std::vector<std::string> &typ
     const Extent &value;
     bool cut;
   } const note = {role, types, value, cut};
-  RecordWriter record(&record_);
-  visitSummary(note, [&](const auto &field) { record.field(field); });
-  summaries_.append(record.finish());
+  const auto write = [&](auto &record) {
+    visitSummary(note, [&](const auto &field) { record.field(field); });
+  };
+  append(write, &summaries_);
   ++summaryCount_;
 }
 
@@ -263,9 +272,10 @@ void LineNotes::add(SectionNote section) {
   section.firstSummary = firstSummary_;
   section.lineCount = lineCount_;
   section.summaryCount = summaryCount_;
-  RecordWriter record(&record_);
-  visitSection(section, [&](const auto &field) { record.field(field); });
-  sections_.append(record.finish());
+  const auto write = [&](auto &record) {
+    visitSection(section, [&](const auto &field) { record.field(field); });
+  };
+  append(write, &sections_);
   ++sectionCount_;
   firstLine_ = lines_.size();
   firstSummary_ = summaries_.size();

@@ -97,7 +97,6 @@ class LineNotes {
 
   SpoolFile lines_, summaries_, sections_;
   LineHeads heads_;
-  std::string record_;  // the one that is being added
   uint64_t sectionCount_ = 0;
   uint64_t firstLine_ = 0;
   uint64_t firstSummary_ = 0;
