@@ -29,10 +29,10 @@ std::string takeComponentName(ByteSource *source) {
   std::string name;
   for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
     for (const char c : piece) {
-      if (c != ' ' && c != '\t' && name.size() < longest) name += c;
+      if (c != ' ' && c != '\t' && name.size() < longest) name += capitalOf(c);
     }
   }
-  return inCapitals(asUtf8(name));
+  return asUtf8(name);
 }
 
 ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,

@@ -107,6 +107,8 @@ bool ContentLines::passPlainLine() {
   if (first < 'A' || first > 'Z' || first == 'A' || first == 'B' || first == 'E') return false;
   const size_t size = lengthBefore(bytes, endsPlainName);
   if (size == bytes.size() || bytes[size] != ':' || size > LongestHead) return false;
+  std::string_view line;
+  if (source_->takeRestOfLine(&line)) return true;
   source_->skip(bytes.size());
   ValueBytes(source_, Transfer::Plain, FoldRule::DropsBlank).skip();
   return true;

@@ -20,6 +20,7 @@ constexpr size_t kLongestWhole = 64 * 1024;
 constexpr size_t kLongestField = 255;  // of the filter, and so are its names
 constexpr size_t kMostLines = 7;       // fields of a value of lines that it shows
 
+constexpr std::string_view kEncoded = ";QUOTED-PRINTABLE:";
 constexpr uint32_t kPictureLabel = 79402;
 
 std::string_view withoutLeadingBlanks(std::string_view text) {
@@ -85,6 +86,9 @@ std::string headInView(const KnownProperty &known, const std::vector<std::string
   return head;
 }
 
+// Whether "data:" can begin with this byte: escaped, or behind a fold.
+bool canBeginData(int c) { return c == 'd' || c == 'D' || c == '\\' || c == '\r' || c == '\n'; }
+
 // The type of the content that the parameters tell.
 std::string declaredType(const std::vector<Parameter> &parameters) {
   for (const char *name : {"MEDIATYPE", "FMTTYPE", "TYPE"}) {
@@ -124,10 +128,10 @@ bool PropertyView::isIndexed() const {
 
 void PropertyView::add(const ContentLine &line) {
   start_ = line.start;
-  note_ = LineNote();
-  note_.head = headOf(line);
-  known_ = note_.head->known;
-  transfer_ = note_.head->transfer;
+  note_.emplace();
+  note_->head = headOf(line);
+  known_ = note_->head->known;
+  transfer_ = note_->head->transfer;
 
   separator_ = 0;
   if (known_ && (known_->form == PropertyForm::Rows || known_->form == PropertyForm::Lines)) {
@@ -140,7 +144,8 @@ void PropertyView::add(const ContentLine &line) {
                       known_->form != PropertyForm::Key && known_->form != PropertyForm::Attach;
   if (transfer_ == Transfer::Base64 && !isText) {
     addObject(false);
-  } else if (transfer_ == Transfer::Plain && takeDataPrefix(line)) {
+  } else if (transfer_ == Transfer::Plain && canBeginData(source_->peek()) &&
+             takeDataPrefix(line)) {
     addObject(true);
   } else {
     addText(line);
@@ -170,7 +175,7 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
   const std::string *charset = valueOf(head->parameters, "CHARSET");
   head->namesOtherSet = charset && !equalsNoCase(*charset, "UTF-8");
   head->types = typesOf(head->parameters);
-  if (head->known) head->inView = headInView(*head->known, head->types);
+  if (head->known) head->inView = headInView(*head->known, head->types) + std::string(kEncoded);
   if (!isWhole) {
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
@@ -217,8 +222,6 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
   constexpr std::string_view scheme = "data:";
   constexpr std::string_view mark = ";BASE64,";
   constexpr size_t longest = 1024;
-  const int first = source_->peek();
-  if (first != 'd' && first != 'D' && first != '\\' && first != '\r' && first != '\n') return false;
   std::string prefix;
   while (prefix.size() < longest) {
     const int c = source_->peek();
@@ -234,7 +237,7 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
     const std::string_view text = prefix;
     if (text.size() < scheme.size() + mark.size()) break;
     if (!equalsNoCase(text.substr(text.size() - mark.size()), mark)) break;
-    note_.dataType = headText(text.substr(scheme.size(), text.find(';') - scheme.size()));
+    note_->dataType = headText(text.substr(scheme.size(), text.find(';') - scheme.size()));
     return true;
   }
   source_->moveTo(line.value);
@@ -282,10 +285,10 @@ void PropertyView::addObject(bool percents) {
     if (digits == 0) {
       if (!hasForm) {
         view_->put("PHOTO;BASE64:");
-        note_.callLabel = kPictureLabel;
+        note_->callLabel = kPictureLabel;
       } else {
-        note_.callLabel = known_->label;
-        view_->put(note_.head->inView);
+        note_->callLabel = known_->label;
+        view_->put(headInView(*known_, note_->head->types));
         view_->put(known_->form == PropertyForm::Attach ? ";VALUE=BINARY;BASE64:" : ";BASE64:");
       }
     }
@@ -296,14 +299,14 @@ void PropertyView::addObject(bool percents) {
     fault("the Base64 text ends within an escape");
   }
   if (!good) value.skip();
-  note_.extent = extentOf(start_.position, value.end().position);
+  note_->extent = extentOf(start_.position, value.end().position);
   if (digits == 0) return addWhole({});
   view_->put("=\n");
-  note_.data = extentOf(first, last);
-  if (!note_.data) note_.data = Extent();
-  note_.dataSize = digits * 3 / 4;
-  if (note_.dataType.empty()) note_.dataType = declaredType(note_.head->parameters);
-  notes_->add(note_);
+  note_->data = extentOf(first, last);
+  if (!note_->data) note_->data = Extent();
+  note_->dataSize = digits * 3 / 4;
+  if (note_->dataType.empty()) note_->dataType = declaredType(note_->head->parameters);
+  notes_->add(*note_);
 }
 
 // Texts.
@@ -312,14 +315,14 @@ void PropertyView::addText(const ContentLine &line) {
   ValueBytes value(source_, transfer_, rules_.fold, separator_ == ';');
   const auto collected = collect(&value);
   if (!collected) return addLong(line, &value);
-  note_.extent = extentOf(start_.position, value.end().position);
+  note_->extent = extentOf(start_.position, value.end().position);
   std::string_view text = *collected;
   if (transfer_ == Transfer::Base64) {
     decodeBase64();
     text = raw_;
   }
   const bool valid = isValidUtf8(text);
-  if (!valid || note_.head->namesOtherSet) {
+  if (!valid || note_->head->namesOtherSet) {
     beginDecoder(valid);
     decoded_.clear();
     decoder_.put(text, &decoded_);
@@ -366,7 +369,7 @@ void PropertyView::decodeBase64() {
 }
 
 void PropertyView::beginDecoder(bool isUtf8) {
-  const std::string *charset = valueOf(note_.head->parameters, "CHARSET");
+  const std::string *charset = valueOf(note_->head->parameters, "CHARSET");
   if (charset && !(file_->unicode && transfer_ == Transfer::Plain)) {
     if (equalsNoCase(*charset, "UTF-8")) return decoder_.beginUtf8();
     if (decoder_.begin(*charset)) return;
@@ -378,7 +381,7 @@ void PropertyView::beginDecoder(bool isUtf8) {
 
 // Writes a value, whose text is given.
 void PropertyView::addWhole(std::string_view text) {
-  if (!note_.head->group.empty()) noteGroup(text);
+  if (!note_->head->group.empty()) noteGroup(text);
   if (!known_) return putPlainLine(text);
   if (separator_ != 0) return addFields(text);
 
@@ -398,40 +401,41 @@ void PropertyView::addWhole(std::string_view text) {
   }
   const bool takesPlace = known_->role != SummaryRole::None && isBlank(text);
   if (takesPlace || cutOff || brokenOff) return putPlainLine(text);
-  note_.callLabel = known_->label;
+  note_->callLabel = known_->label;
   if (single || version) {
     // With the blank no version is known, and the filter stays with its simplest dialect.
     view_->put(known_->name);
     view_->put(version ? ": " : ":");
     view_->put(text);
     view_->put("\n");
-    notes_->add(note_);
+    notes_->add(*note_);
     return;
   }
   putText(text);
 }
 
 void PropertyView::putText(std::string_view text) {
-  putHead();
+  view_->put(note_->head->inView);
   const uint64_t start = view_->size();
   view_->putQuoted(text);
   // Between two URLs the summary has nothing.
-  note_.breakAdded = isIndexed() && known_->role == SummaryRole::Url;
+  note_->breakAdded = isIndexed() && known_->role == SummaryRole::Url;
   endLine(start);
 }
 
 // An X-ABLabel line tells how the other lines of its group are called: the first one does.
 void PropertyView::noteGroup(std::string_view text) {
   std::vector<std::pair<std::string, std::string>> &labels = section_->groupLabels;
-  const bool known = std::find(groups_.begin(), groups_.end(), note_.head->group) != groups_.end();
-  if (!equalsNoCase(note_.head->name, "X-ABLABEL")) {
+  const bool known = std::find(groups_.begin(), groups_.end(), note_->head->group) != groups_.end();
+  if (!equalsNoCase(note_->head->name, "X-ABLABEL")) {
     if (!known && groups_.size() < SectionNote::MaxGroupLabels)
-      groups_.push_back(note_.head->group);
+      groups_.push_back(note_->head->group);
   } else if (known && text.size() <= kLongestField &&
-             std::none_of(labels.begin(), labels.end(),
-                          [this](const auto &label) { return label.first == note_.head->group; })) {
-    labels.emplace_back(note_.head->group, text);
-    note_.labelsGroup = true;
+             std::none_of(labels.begin(), labels.end(), [this](const auto &label) {
+               return label.first == note_->head->group;
+             })) {
+    labels.emplace_back(note_->head->group, text);
+    note_->labelsGroup = true;
   }
 }
 
@@ -439,12 +443,13 @@ void PropertyView::noteGroup(std::string_view text) {
 // all of it in the summary.
 void PropertyView::endLine(uint64_t valueStart, bool isCut) {
   const uint64_t valueEnd = view_->size();
-  view_->put(note_.breakAdded ? "=0A\n" : "\n");
-  notes_->add(note_);
+  view_->put(note_->breakAdded ? "=0A\n" : "\n");
+  notes_->add(*note_);
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->addSummary(known_->role, note_.head->types, {valueStart, valueEnd - valueStart}, isCut);
+    notes_->addSummary(known_->role, note_->head->types, {valueStart, valueEnd - valueStart},
+                       isCut);
   }
 }
 
@@ -467,16 +472,16 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
     utf8 = isUtf8(rest, &open);
     rest.erase(0, rest.size() - open);
   }
-  note_.extent = extentOf(start_.position, value->end().position);
+  note_->extent = extentOf(start_.position, value->end().position);
 
   const bool quoted = known_ && separator_ == 0 && known_->form != PropertyForm::Single &&
                       known_->name != "VERSION" &&
                       !(isIndexed() && known_->role >= SummaryRole::Telephone);
   if (quoted) {
-    note_.callLabel = known_->label;
-    putHead();
+    note_->callLabel = known_->label;
+    view_->put(note_->head->inView);
   } else {
-    note_.fieldsInText = separator_ != 0;
+    note_->fieldsInText = separator_ != 0;
     putPlainHead();
   }
   const uint64_t start = view_->size();
@@ -502,7 +507,7 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
   put();
   if (quoted) return endLine(start);
   view_->put("\n");
-  notes_->add(note_);
+  notes_->add(*note_);
 }
 
 // Writes the fields in `text`.
@@ -528,14 +533,14 @@ void PropertyView::addFields(std::string_view text) {
         putFields({lines.begin(), lines.end()}, true);
       });
     }
-    note_.fieldsInText = true;
+    note_->fieldsInText = true;
     putPlainLine(text);
   } else {
-    note_.callLabel = known_->label;
+    note_->callLabel = known_->label;
     if (!rows) {
-      note_.fieldCount = static_cast<uint32_t>(fields.size());
+      note_->fieldCount = static_cast<uint32_t>(fields.size());
       for (size_t i = 0; i < fields.size(); ++i) {
-        if (fields[i].empty()) note_.emptyFields |= 1u << i;
+        if (fields[i].empty()) note_->emptyFields |= 1u << i;
       }
     }
     putFields(fields, false);
@@ -547,7 +552,7 @@ void PropertyView::addFields(std::string_view text) {
 }
 
 void PropertyView::putFields(const std::vector<std::string_view> &fields, bool isCut) {
-  putHead();
+  view_->put(note_->head->inView);
   const uint64_t start = view_->size();
   for (size_t i = 0; i < fields.size(); ++i) {
     if (i > 0) view_->put(";");
@@ -561,11 +566,11 @@ void PropertyView::putFields(const std::vector<std::string_view> &fields, bool i
 // drops.
 template <class Put>
 void PropertyView::putForSummary(Put put) {
-  const LineNote whole = std::move(note_);
-  note_ = LineNote();
-  note_.dropped = true;
-  note_.callLabel = known_->label;
-  note_.head = whole.head;
+  const LineNote whole = std::move(*note_);
+  note_.emplace();
+  note_->dropped = true;
+  note_->callLabel = known_->label;
+  note_->head = whole.head;
   put();
   note_ = whole;
 }
@@ -576,40 +581,34 @@ void PropertyView::putForSummary(Put put) {
 void PropertyView::endSection() {
   if (format_ != VcardFormatVcard || section_->has(SummaryRole::FormattedName)) return;
   known_ = knownProperty("FN", format_);
-  note_ = LineNote();
-  note_.dropped = true;
-  note_.callLabel = known_->label;
+  note_.emplace();
+  note_->dropped = true;
+  note_->callLabel = known_->label;
   LineHead *head = notes_->heads()->put({}, 0);
-  head->inView = known_->name;
-  note_.head = head;
+  head->inView = headInView(*known_, {}) + std::string(kEncoded);
+  note_->head = head;
   putText(nameFromParts_);
-}
-
-// Begins the line of a known property whose value is encoded.
-void PropertyView::putHead() {
-  view_->put(note_.head->inView);
-  view_->put(";QUOTED-PRINTABLE:");
 }
 
 void PropertyView::putPlainLine(std::string_view text) {
   putPlainHead();
   view_->putPlain(text);
   view_->put("\n");
-  notes_->add(note_);
+  notes_->add(*note_);
 }
 
 // The property's name if the filter doesn't know it, so that it writes the name itself.
 void PropertyView::putPlainHead() {
   // AGENT stands in no row, and the filter never shows one.
-  if (known_ || equalsNoCase(note_.head->name, "AGENT")) {
-    note_.callName = "X-" + inCapitals(note_.head->name);
+  if (known_ || equalsNoCase(note_->head->name, "AGENT")) {
+    note_->callName = "X-" + inCapitals(note_->head->name);
   } else {
     // A colon between quotes would end the name.
-    note_.callName = cut(note_.head->name);
-    std::erase(note_.callName, ':');
+    note_->callName = cut(note_->head->name);
+    std::erase(note_->callName, ':');
   }
-  note_.callLabel = 0;
-  view_->put(note_.callName + ":");
+  note_->callLabel = 0;
+  view_->put(note_->callName + ":");
 }
 
 }  // namespace px

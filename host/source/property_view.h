@@ -72,7 +72,6 @@ class PropertyView {
   void addFields(std::string_view text);
 
   void noteGroup(std::string_view text);
-  void putHead();
   void endLine(uint64_t valueStart, bool isCut = false);
   void putText(std::string_view text);
   template <class Put>
@@ -100,7 +99,7 @@ class PropertyView {
   const KnownProperty *known_ = nullptr;
   Transfer transfer_ = Transfer::Plain;
   char separator_ = 0;
-  LineNote note_;
+  std::optional<LineNote> note_;
   std::string raw_, decoded_, text_;
   std::vector<std::string_view> fields_;
   TextDecoder decoder_;
