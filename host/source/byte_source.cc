@@ -51,19 +51,6 @@ void ByteSource::findLineEnd() {
                                   [](ByteVector b) { return isByte(b, '\r') | isByte(b, '\n'); });
 }
 
-bool ByteSource::takeRestOfLine(std::string_view *rest) {
-  bool ended;
-  *rest = readyInLine(&ended);
-  size_t behind = lineEnd_ + 1;
-  if (!ended || behind >= limit_) return false;
-  if (buffer_[lineEnd_] == '\r' && buffer_[behind] == '\n' && ++behind == limit_) return false;
-  const char next = buffer_[behind];
-  if (next == ' ' || next == '\t' || next == '\r' || next == '\n') return false;
-  next_ = behind;
-  if (countLines_) ++line_;
-  return true;
-}
-
 std::string_view ByteSource::lookAhead(size_t size) {
   if (limit_ - next_ < size && base_ + limit_ < end_) {
     restart();

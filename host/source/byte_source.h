@@ -51,7 +51,18 @@ class ByteSource {
 
   // Takes the rest of the line and its end, if all that lies ready and the next line doesn't go on
   // with it. Answers false, with nothing taken, otherwise.
-  bool takeRestOfLine(std::string_view *rest);
+  bool takeRestOfLine(std::string_view *rest) {
+    bool ended;
+    *rest = readyInLine(&ended);
+    size_t behind = lineEnd_ + 1;
+    if (!ended || behind >= limit_) return false;
+    if (buffer_[lineEnd_] == '\r' && buffer_[behind] == '\n' && ++behind == limit_) return false;
+    const char next = buffer_[behind];
+    if (next == ' ' || next == '\t' || next == '\r' || next == '\n') return false;
+    next_ = behind;
+    if (countLines_) ++line_;
+    return true;
+  }
 
   // Takes the line end that comes next; false when something else comes.
   bool takeLineEnd() {

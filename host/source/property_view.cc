@@ -313,14 +313,13 @@ void PropertyView::addObject(bool percents) {
 
 void PropertyView::addText(const ContentLine &line) {
   ValueBytes value(source_, transfer_, rules_.fold, separator_ == ';');
-  const auto collected = collect(&value);
-  if (!collected) return addLong(line, &value);
-  note_->extent = extentOf(start_.position, value.end().position);
-  std::string_view text = *collected;
-  if (transfer_ == Transfer::Base64) {
-    decodeBase64();
+  std::string_view text = value.next();
+  if (!value.ended() || transfer_ == Transfer::Base64) {
+    if (!collect(text, &value)) return addLong(line, &value);
+    if (transfer_ == Transfer::Base64) decodeBase64();
     text = raw_;
   }
+  note_->extent = extentOf(start_.position, value.end().position);
   const bool valid = isValidUtf8(text);
   if (!valid || note_->head->namesOtherSet) {
     beginDecoder(valid);
@@ -341,17 +340,15 @@ void PropertyView::addText(const ContentLine &line) {
   addWhole(text);
 }
 
-// Reads the value: in one piece, which stays where it was read, or into raw_. Answers nothing when
-// it is longer than what is looked at as a whole.
-std::optional<std::string_view> PropertyView::collect(ValueBytes *value) {
-  const std::string_view first = value->next();
-  if (value->ended() && transfer_ != Transfer::Base64) return first;
+// Reads the value behind its first piece; false when all of it is longer than what is looked at as
+// a whole.
+bool PropertyView::collect(std::string_view first, ValueBytes *value) {
   raw_ = first;
   while (raw_.size() <= kLongestWhole) {
-    if (value->ended()) return raw_;
+    if (value->ended()) return true;
     raw_ += value->next();
   }
-  return std::nullopt;
+  return false;
 }
 
 void PropertyView::decodeBase64() {

@@ -64,7 +64,7 @@ class PropertyView {
   void addObject(bool percents);
 
   void addText(const ContentLine &line);
-  std::optional<std::string_view> collect(ValueBytes *value);
+  bool collect(std::string_view first, ValueBytes *value);
   void decodeBase64();
   void beginDecoder(bool isUtf8);
   void addWhole(std::string_view text);
