@@ -5,7 +5,6 @@
 #ifndef PX_HOST_SOURCE_BYTE_SEARCH_H
 #define PX_HOST_SOURCE_BYTE_SEARCH_H
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -64,18 +63,17 @@ inline ByteVector shortVector(const char *from, size_t count) {
 template <class Set>
 size_t lengthBefore(std::string_view text, Set set) {
   constexpr size_t step = sizeof(ByteVector);
-  for (size_t at = 0; at < text.size(); at += step) {
+  size_t at = 0;
+  for (; text.size() - at >= step; at += step) {
     ByteVector bytes;
-    const size_t count = text.size() - at;
-    if (count >= step) {
-      std::memcpy(&bytes, text.data() + at, step);
-    } else {
-      bytes = shortVector(text.data() + at, count);
-    }
+    std::memcpy(&bytes, text.data() + at, step);
     const uint32_t bits = bitsOf(set(bytes));
-    if (bits != 0) return std::min(at + static_cast<size_t>(std::countr_zero(bits)), text.size());
+    if (bits != 0) return at + static_cast<size_t>(std::countr_zero(bits));
   }
-  return text.size();
+  // A bit behind the last byte ends the search.
+  const size_t rest = text.size() - at;
+  const uint32_t bits = bitsOf(set(shortVector(text.data() + at, rest))) | 1U << rest;
+  return at + static_cast<size_t>(std::countr_zero(bits));
 }
 
 }  // namespace px
