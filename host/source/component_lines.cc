@@ -5,6 +5,7 @@
 #include "host/source/ascii_case.h"
 #include "host/source/line_parameters.h"
 #include "host/source/text_decoder.h"
+#include "host/source/utf8.h"
 
 namespace px {
 namespace {
@@ -32,7 +33,7 @@ std::string takeComponentName(ByteSource *source) {
       if (c != ' ' && c != '\t' && name.size() < longest) name += capitalOf(c);
     }
   }
-  return asUtf8(name);
+  return isValidUtf8(name) ? name : asUtf8(name);
 }
 
 ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,

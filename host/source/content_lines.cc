@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/source/ascii_case.h"
 #include "host/source/byte_search.h"
 #include "host/source/value_bytes.h"
 
@@ -103,10 +104,14 @@ bool ContentLines::nextInBuffer(ContentLine *line) {
 bool ContentLines::passPlainLine() {
   bool ended;
   const std::string_view bytes = source_->readyInLine(&ended);
-  const char first = bytes.empty() ? '\0' : static_cast<char>(bytes[0] & ~0x20);
-  if (first < 'A' || first > 'Z' || first == 'A' || first == 'B' || first == 'E') return false;
+  const char first = bytes.empty() ? '\0' : capitalOf(bytes[0]);
+  if (first < 'A' || first > 'Z') return false;
   const size_t size = lengthBefore(bytes, endsPlainName);
   if (size == bytes.size() || bytes[size] != ':' || size > LongestHead) return false;
+  const std::string_view name = bytes.substr(0, size);
+  for (const std::string_view other : {"BEGIN", "END", "AGENT"}) {
+    if (equalsNoCase(name, other)) return false;
+  }
   std::string_view line;
   if (source_->takeRestOfLine(&line)) return true;
   source_->skip(bytes.size());

@@ -36,10 +36,10 @@ std::string_view cut(std::string_view text) {
   return text.substr(0, size);
 }
 
-void split(std::string_view text, std::vector<std::string_view> *fields) {
+void split(std::string_view text, char divider, std::vector<std::string_view> *fields) {
   fields->clear();
   for (;;) {
-    const size_t end = std::min(text.find(FieldDivider), text.size());
+    const size_t end = std::min(text.find(divider), text.size());
     fields->push_back(text.substr(0, end));
     if (end == text.size()) return;
     text.remove_prefix(end + 1);
@@ -129,6 +129,7 @@ bool PropertyView::isIndexed() const {
 void PropertyView::add(const ContentLine &line) {
   start_ = line.start;
   note_.emplace();
+  divider_ = FieldDivider;
   note_->head = headOf(line);
   known_ = note_->head->known;
   transfer_ = note_->head->transfer;
@@ -152,16 +153,19 @@ void PropertyView::add(const ContentLine &line) {
   }
 }
 
-// Only a head that can be read without a fault is kept: each line tells its own.
 const LineHead *PropertyView::headOf(const ContentLine &line) {
   const auto rules =
       static_cast<uint32_t>(format_ << 2 | rules_.escapes << 1 | rules_.caretEscapes);
-  LineHeads *heads = notes_->heads();
-  if (const LineHead *kept = heads->find(line.head, rules)) return kept;
+  const LineHead *kept = notes_->heads()->find(line.head, rules);
+  return kept ? kept : readHead(line, rules);
+}
+
+// Only a head that can be read without a fault is kept: each line tells its own.
+const LineHead *PropertyView::readHead(const ContentLine &line, uint32_t rules) {
   std::vector<HeadParameter> given;
   const bool isWhole = splitParameters(line.parameters, ContentLines::MostParameters, &given);
   const bool good = isValidUtf8(line.head) && isWhole;
-  LineHead *head = heads->put(good ? line.head : std::string_view(), rules);
+  LineHead *head = notes_->heads()->put(good ? line.head : std::string_view(), rules);
   head->known = knownProperty(line.name, format_);
   head->label = head->known ? head->known->label : 0;
   head->name = headText(line.name);
@@ -328,8 +332,10 @@ void PropertyView::addText(const ContentLine &line) {
     if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
     text = decoded_;
   }
-  ValueText meaning(rules_.escapes, separator_);
-  if (meaning.plainLength(text) < text.size()) {
+  divider_ = separator_;
+  if (plainLength(text) < text.size()) {
+    divider_ = FieldDivider;
+    ValueText meaning(rules_.escapes, separator_);
     text_.clear();
     meaning.put(text, &text_);
     meaning.finish(&text_);
@@ -510,7 +516,7 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
 // Writes the fields in `text`.
 void PropertyView::addFields(std::string_view text) {
   std::vector<std::string_view> &fields = fields_;
-  split(text, &fields);
+  split(text, divider_, &fields);
   if (transfer_ == Transfer::Plain) {
     for (std::string_view &field : fields) field = withoutLeadingBlanks(field);
   }
@@ -531,7 +537,9 @@ void PropertyView::addFields(std::string_view text) {
       });
     }
     note_->fieldsInText = true;
-    putPlainLine(text);
+    std::string divided(text);
+    std::replace(divided.begin(), divided.end(), divider_, FieldDivider);
+    putPlainLine(divided);
   } else {
     note_->callLabel = known_->label;
     if (!rows) {

@@ -57,6 +57,7 @@ class PropertyView {
  private:
   void fault(const std::string &text) const { (*faults_)(start_.line, text); }
   const LineHead *headOf(const ContentLine &line);
+  const LineHead *readHead(const ContentLine &line, uint32_t rules);
   std::string headText(std::string_view bytes);
   std::optional<Extent> extentOf(uint64_t from, uint64_t end) const;
 
@@ -98,7 +99,8 @@ class PropertyView {
   Place start_;
   const KnownProperty *known_ = nullptr;
   Transfer transfer_ = Transfer::Plain;
-  char separator_ = 0;
+  char separator_ = 0;  // of fields in the file; 0: the value has none
+  char divider_ = 0;    // of fields in the text that is made of the value
   std::optional<LineNote> note_;
   std::string raw_, decoded_, text_;
   std::vector<std::string_view> fields_;

@@ -36,7 +36,6 @@ bool isUtf8(std::string_view bytes, size_t *open) {
 }
 
 std::string asUtf8(std::string_view bytes) {
-  if (isValidUtf8(bytes)) return std::string(bytes);
   std::string text;
   TextDecoder decoder;
   decoder.beginUtf8();

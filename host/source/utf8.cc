@@ -29,7 +29,7 @@ bool canBeSecondUtf8(uint8_t first, uint8_t byte) {
   return low <= byte && byte <= high;
 }
 
-size_t validUtf8Length(std::string_view bytes, bool *cut) {
+inline size_t validLength(std::string_view bytes, bool *cut) {
   size_t at = 0;
   *cut = false;
   for (;;) {
@@ -50,9 +50,11 @@ size_t validUtf8Length(std::string_view bytes, bool *cut) {
   }
 }
 
+size_t validUtf8Length(std::string_view bytes, bool *cut) { return validLength(bytes, cut); }
+
 bool isValidUtf8(std::string_view bytes) {
   bool cut;
-  return validUtf8Length(bytes, &cut) == bytes.size();
+  return validLength(bytes, &cut) == bytes.size();
 }
 
 size_t printableAsciiLength(std::string_view text) {

@@ -12,14 +12,15 @@ namespace px {
 // A control character that stands between fields; where the text itself has one, it goes.
 constexpr char FieldDivider = '\x1F';
 
+// How many bytes at the head of a text mean what they are, or divide fields.
+size_t plainLength(std::string_view utf8);
+
 class ValueText {
  public:
   // `escapes`: \n \, \; and \\ are escapes; without them \; alone is one, in a structured value.
   // `separator` stands between the fields; 0: the value isn't structured.
   ValueText(bool escapes, char separator) : escapes_(escapes), separator_(separator) {}
 
-  // How many bytes at the head of a text mean what they are.
-  size_t plainLength(std::string_view utf8) const;
   // Appends what a piece of UTF-8 means.
   void put(std::string_view utf8, std::string *text);
   // Appends what waits for a further piece.
