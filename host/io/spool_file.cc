@@ -6,11 +6,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
+#include <string>
 #include <system_error>
 
 namespace px {
 namespace {
+
+constexpr size_t kUsualCapacity = 256 * 1024;
 
 [[noreturn]] void fail(int error) {
   throw std::system_error(error, std::generic_category(), "temporary file in TMPDIR or /tmp");
@@ -31,17 +33,25 @@ FileDescriptor openTemporaryFile() {
   return file;
 }
 
+void SpoolFile::makeRoom(size_t size) {
+  spill();
+  if (capacity_ >= size) return;
+  capacity_ = std::max(kUsualCapacity, size);
+  buffer_ = std::make_unique_for_overwrite<char[]>(capacity_);
+}
+
 void SpoolFile::spill() {
+  if (held_ == 0) return;
   if (!file_.isOpen()) file_ = openTemporaryFile();
-  for (size_t done = 0; done < held_.size();) {
-    const ssize_t written = pwrite(file_.number(), held_.data() + done, held_.size() - done,
+  for (size_t done = 0; done < held_;) {
+    const ssize_t written = pwrite(file_.number(), buffer_.get() + done, held_ - done,
                                    static_cast<off_t>(spilled_ + done));
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) fail(written < 0 ? errno : ENOSPC);
     done += static_cast<size_t>(written);
   }
-  spilled_ += held_.size();
-  held_.clear();
+  spilled_ += held_;
+  held_ = 0;
 }
 
 size_t SpoolFile::readAt(uint64_t position, void *to, size_t size) const {
@@ -58,8 +68,8 @@ size_t SpoolFile::readAt(uint64_t position, void *to, size_t size) const {
   }
   if (count < size && position + count < this->size()) {
     const auto from = static_cast<size_t>(position + count - spilled_);
-    const size_t rest = std::min(size - count, held_.size() - from);
-    std::memcpy(bytes + count, held_.data() + from, rest);
+    const size_t rest = std::min(size - count, held_ - from);
+    std::memcpy(bytes + count, buffer_.get() + from, rest);
     count += rest;
   }
   return count;

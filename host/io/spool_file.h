@@ -5,8 +5,9 @@
 #define PX_HOST_IO_SPOOL_FILE_H
 
 #include <cstdint>
+#include <cstring>
 #include <exception>
-#include <string>
+#include <memory>
 #include <string_view>
 
 #include "host/io/file_descriptor.h"
@@ -23,23 +24,33 @@ class SpoolFile {
   // The members throw std::system_error as openTemporaryFile does.
 
   void append(std::string_view bytes) {
-    if (held_.size() + bytes.size() > Largest) spill();
-    held_ += bytes;
+    if (bytes.empty()) return;
+    std::memcpy(room(bytes.size()), bytes.data(), bytes.size());
+    held_ += bytes.size();
   }
-  uint64_t size() const { return spilled_ + held_.size(); }
+  // Where up to `size` bytes can be written at the end. They count when commit() is told where they
+  // end, before anything else is written.
+  char *room(size_t size) {
+    if (capacity_ - held_ < size) makeRoom(size);
+    return buffer_.get() + held_;
+  }
+  void commit(const char *end) { held_ = static_cast<size_t>(end - buffer_.get()); }
+
+  uint64_t size() const { return spilled_ + held_; }
 
   // Stores what stands at `position`, up to `size` bytes; answers their number, less than `size`
   // only at the end.
   size_t readAt(uint64_t position, void *to, size_t size) const;
 
  private:
-  static constexpr size_t Largest = 256 * 1024;
-
+  void makeRoom(size_t size);
   void spill();
 
   FileDescriptor file_;
-  uint64_t spilled_ = 0;  // bytes in the file; those in held_ follow them
-  std::string held_;
+  uint64_t spilled_ = 0;  // bytes in the file; those in the buffer follow them
+  size_t held_ = 0;       // bytes in the buffer
+  size_t capacity_ = 0;
+  std::unique_ptr<char[]> buffer_;
 };
 
 // A spool as an I/O object. Slot Close does nothing.

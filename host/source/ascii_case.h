@@ -8,6 +8,10 @@
 
 namespace px {
 
+inline char capitalOf(char c) {
+  return 'a' <= c && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 bool sameLettersNoCase(std::string_view a, std::string_view b);
 
 // Most texts that are compared differ in their lengths or in their first letters.

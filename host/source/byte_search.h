@@ -5,7 +5,6 @@
 #ifndef PX_HOST_SOURCE_BYTE_SEARCH_H
 #define PX_HOST_SOURCE_BYTE_SEARCH_H
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -35,22 +34,46 @@ inline ByteVector isByte(ByteVector bytes, char c) {
   return ByteVector(bytes == static_cast<uint8_t>(c));
 }
 
+template <class Word>
+uint64_t wordAt(const char *from) {
+  Word word;
+  std::memcpy(&word, from, sizeof word);
+  return word;
+}
+
+// The bytes at `from`, `count` of them, fewer than sixteen, with zeros behind them. They are put
+// together from words that overlap, since a copy of any length is a call.
+inline ByteVector shortVector(const char *from, size_t count) {
+  using Words = uint64_t __attribute__((vector_size(16)));
+  Words words = {};
+  if constexpr (std::endian::native != std::endian::little) {
+    std::memcpy(&words, from, count);
+  } else if (count > 8) {
+    words[0] = wordAt<uint64_t>(from);
+    words[1] = wordAt<uint64_t>(from + count - 8) >> (8 * (16 - count));
+  } else if (count >= 4) {
+    words[0] = wordAt<uint32_t>(from) | wordAt<uint32_t>(from + count - 4) << (8 * (count - 4));
+  } else {
+    for (size_t i = 0; i < count; ++i) words[0] |= wordAt<uint8_t>(from + i) << (8 * i);
+  }
+  return std::bit_cast<ByteVector>(words);
+}
+
 // How many bytes at the head of `text` are not in the set.
 template <class Set>
 size_t lengthBefore(std::string_view text, Set set) {
   constexpr size_t step = sizeof(ByteVector);
-  for (size_t at = 0; at < text.size(); at += step) {
-    ByteVector bytes = {};
-    const size_t count = text.size() - at;
-    if (count >= step) {
-      std::memcpy(&bytes, text.data() + at, step);
-    } else {
-      std::memcpy(&bytes, text.data() + at, count);
-    }
+  size_t at = 0;
+  for (; text.size() - at >= step; at += step) {
+    ByteVector bytes;
+    std::memcpy(&bytes, text.data() + at, step);
     const uint32_t bits = bitsOf(set(bytes));
-    if (bits != 0) return std::min(at + static_cast<size_t>(std::countr_zero(bits)), text.size());
+    if (bits != 0) return at + static_cast<size_t>(std::countr_zero(bits));
   }
-  return text.size();
+  // A bit behind the last byte ends the search.
+  const size_t rest = text.size() - at;
+  const uint32_t bits = bitsOf(set(shortVector(text.data() + at, rest))) | 1U << rest;
+  return at + static_cast<size_t>(std::countr_zero(bits));
 }
 
 }  // namespace px

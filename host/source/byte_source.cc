@@ -1,6 +1,5 @@
 #include "host/source/byte_source.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "host/io/open_io.h"
@@ -46,24 +45,10 @@ void ByteSource::fill() {
   setLimit();
 }
 
-std::string_view ByteSource::readyInLine(bool *ended) {
-  const std::string_view bytes = ready();
-  if (next_ < searchedFrom_ || lineEnd_ < next_) {
-    searchedFrom_ = next_;
-    lineEnd_ = next_ + lengthBefore({buffer_.get() + next_, filled_ - next_},
-                                    [](ByteVector b) { return isByte(b, '\r') | isByte(b, '\n'); });
-  }
-  *ended = lineEnd_ < limit_;
-  return bytes.substr(0, lineEnd_ - next_);
-}
-
-bool ByteSource::takeLineEnd() {
-  const int first = peek();
-  if (first != '\r' && first != '\n') return false;
-  ++next_;
-  if (first == '\r' && peek() == '\n') ++next_;
-  if (countLines_) ++line_;
-  return true;
+void ByteSource::findLineEnd() {
+  searchedFrom_ = next_;
+  lineEnd_ = next_ + lengthBefore({buffer_.get() + next_, filled_ - next_},
+                                  [](ByteVector b) { return isByte(b, '\r') | isByte(b, '\n'); });
 }
 
 std::string_view ByteSource::lookAhead(size_t size) {

@@ -5,6 +5,7 @@
 #ifndef PX_HOST_SOURCE_BYTE_SOURCE_H
 #define PX_HOST_SOURCE_BYTE_SOURCE_H
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -41,10 +42,37 @@ class ByteSource {
   }
 
   // The bytes of ready() before the next CR or LF; `*ended` tells whether one lies ready there.
-  std::string_view readyInLine(bool *ended);
+  std::string_view readyInLine(bool *ended) {
+    if (next_ == limit_) fill();
+    if (next_ < searchedFrom_ || lineEnd_ < next_) findLineEnd();
+    *ended = lineEnd_ < limit_;
+    return {buffer_.get() + next_, std::min(lineEnd_, limit_) - next_};
+  }
+
+  // Takes the rest of the line and its end, if all that lies ready and the next line doesn't go on
+  // with it. Answers false, with nothing taken, otherwise.
+  bool takeRestOfLine(std::string_view *rest) {
+    bool ended;
+    *rest = readyInLine(&ended);
+    size_t behind = lineEnd_ + 1;
+    if (!ended || behind >= limit_) return false;
+    if (buffer_[lineEnd_] == '\r' && buffer_[behind] == '\n' && ++behind == limit_) return false;
+    const char next = buffer_[behind];
+    if (next == ' ' || next == '\t' || next == '\r' || next == '\n') return false;
+    next_ = behind;
+    if (countLines_) ++line_;
+    return true;
+  }
 
   // Takes the line end that comes next; false when something else comes.
-  bool takeLineEnd();
+  bool takeLineEnd() {
+    const int first = peek();
+    if (first != '\r' && first != '\n') return false;
+    ++next_;
+    if (first == '\r' && peek() == '\n') ++next_;
+    if (countLines_) ++line_;
+    return true;
+  }
 
   // Up to `size` bytes of what comes next, line ends too; fewer only at the end.
   std::string_view lookAhead(size_t size);
@@ -59,6 +87,7 @@ class ByteSource {
   void restart();
   void setLimit();
   void fill();
+  void findLineEnd();
 
   static constexpr uint32_t Capacity = 64 * 1024;
 

@@ -5,6 +5,7 @@
 #include "host/source/ascii_case.h"
 #include "host/source/line_parameters.h"
 #include "host/source/text_decoder.h"
+#include "host/source/utf8.h"
 
 namespace px {
 namespace {
@@ -29,10 +30,10 @@ std::string takeComponentName(ByteSource *source) {
   std::string name;
   for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
     for (const char c : piece) {
-      if (c != ' ' && c != '\t' && name.size() < longest) name += c;
+      if (c != ' ' && c != '\t' && name.size() < longest) name += capitalOf(c);
     }
   }
-  return inCapitals(asUtf8(name));
+  return isValidUtf8(name) ? name : asUtf8(name);
 }
 
 ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,

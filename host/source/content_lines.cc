@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/source/ascii_case.h"
 #include "host/source/byte_search.h"
 #include "host/source/value_bytes.h"
 
@@ -10,6 +11,12 @@ namespace px {
 namespace {
 
 bool isBlank(int c) { return c == ' ' || c == '\t'; }
+
+// Behind a name that has no group and no blanks there is a colon or a semicolon.
+ByteVector endsPlainName(ByteVector b) {
+  return isByte(b, ':') | isByte(b, ';') | isByte(b, '.') | isByte(b, '"') | isByte(b, ' ') |
+         isByte(b, '\t');
+}
 
 // Where the parameter that begins at `from` ends. Between quotes a semicolon is text, when `guard`.
 size_t parameterEnd(std::string_view head, size_t from, bool guard) {
@@ -51,15 +58,16 @@ bool takeFold(ByteSource *source) {
 bool ContentLines::next(ContentLine *line) {
   constexpr std::string_view mark = "\xEF\xBB\xBF";  // files were put one behind the other
   for (;;) {
-    if (isBlank(source_->peek())) {
+    const int next = source_->peek();
+    if (next < 0) return false;
+    if (isBlank(next)) {
       source_->skip(1);
-    } else if (source_->peek() == 0xEF && source_->lookAhead(mark.size()) == mark) {
+    } else if (next == 0xEF && source_->lookAhead(mark.size()) == mark) {
       source_->skip(mark.size());
     } else if (!source_->takeLineEnd()) {
       break;
     }
   }
-  if (source_->peek() < 0) return false;
   line->start = source_->place();
   line->colon = true;
   if (nextInBuffer(line)) return true;
@@ -79,26 +87,33 @@ bool ContentLines::next(ContentLine *line) {
 bool ContentLines::nextInBuffer(ContentLine *line) {
   bool ended;
   const std::string_view bytes = source_->readyInLine(&ended);
-  const size_t size =
-      lengthBefore(bytes, [](ByteVector b) { return isByte(b, ':') | isByte(b, '"'); });
+  const size_t nameEnd = lengthBefore(bytes, endsPlainName);
+  size_t size = nameEnd;
+  if (size < bytes.size() && bytes[size] != ':') {
+    size += lengthBefore(bytes.substr(size),
+                         [](ByteVector b) { return isByte(b, ':') | isByte(b, '"'); });
+  }
   if (size == bytes.size() || bytes[size] != ':' || size > LongestHead) return false;
   head_.assign(bytes, 0, size);
   source_->skip(size + 1);
   line->value = source_->place();
-  split(head_, line);
+  split(nameEnd, line);
   return true;
 }
 
 bool ContentLines::passPlainLine() {
   bool ended;
   const std::string_view bytes = source_->readyInLine(&ended);
-  const char first = bytes.empty() ? '\0' : static_cast<char>(bytes[0] & ~0x20);
-  if (first < 'A' || first > 'Z' || first == 'A' || first == 'B' || first == 'E') return false;
-  const size_t size = lengthBefore(bytes, [](ByteVector b) {
-    return isByte(b, ':') | isByte(b, ';') | isByte(b, '.') | isByte(b, '"') | isByte(b, ' ') |
-           isByte(b, '\t');
-  });
+  const char first = bytes.empty() ? '\0' : capitalOf(bytes[0]);
+  if (first < 'A' || first > 'Z') return false;
+  const size_t size = lengthBefore(bytes, endsPlainName);
   if (size == bytes.size() || bytes[size] != ':' || size > LongestHead) return false;
+  const std::string_view name = bytes.substr(0, size);
+  for (const std::string_view other : {"BEGIN", "END", "AGENT"}) {
+    if (equalsNoCase(name, other)) return false;
+  }
+  std::string_view line;
+  if (source_->takeRestOfLine(&line)) return true;
   source_->skip(bytes.size());
   ValueBytes(source_, Transfer::Plain, FoldRule::DropsBlank).skip();
   return true;
@@ -117,7 +132,7 @@ bool ContentLines::gather(ContentLine *line, Quotes quotes) {
       head_.append(bytes, 0, at);
       source_->skip(at + 1);
       line->value = source_->place();
-      split(head_, line);
+      split(lengthBefore(head_, endsPlainName), line);
       return true;
     }
     if (head_.size() <= LongestHead) head_ += bytes;
@@ -129,11 +144,10 @@ bool ContentLines::gather(ContentLine *line, Quotes quotes) {
   }
 }
 
-void ContentLines::split(std::string_view head, ContentLine *line) {
+// Divides head_, whose first byte that ends a plain name stands at `end`, or behind it all.
+void ContentLines::split(size_t end, ContentLine *line) {
+  const std::string_view head = head_;
   line->head = head;
-  size_t end = lengthBefore(head, [](ByteVector b) {
-    return isByte(b, ';') | isByte(b, '.') | isByte(b, ' ') | isByte(b, '\t');
-  });
   const bool plain = end == head.size() || head[end] == ';';
   if (!plain) end = std::min(head.find(';'), head.size());
   line->parameters = head.substr(std::min(end + 1, head.size()));

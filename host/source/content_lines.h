@@ -57,9 +57,9 @@ class ContentLines {
   // end. The texts of `line` are valid until the next call. Answers false at the end of the input.
   bool next(ContentLine *line);
 
-  // Passes over the line that comes next where that is quickly done: its name has another first
-  // letter than BEGIN, END and AGENT have, and its head is short and plain. Answers false, with
-  // nothing taken, before any other line.
+  // Passes over the line that comes next where that is quickly done: it is none of BEGIN, END and
+  // AGENT, and its head is short and plain. Answers false, with nothing taken, before any other
+  // line.
   bool passPlainLine();
 
  private:
@@ -67,7 +67,7 @@ class ContentLines {
 
   bool nextInBuffer(ContentLine *line);
   bool gather(ContentLine *line, Quotes quotes);
-  void split(std::string_view head, ContentLine *line);
+  void split(size_t end, ContentLine *line);
 
   ByteSource *source_;
   FoldRule rule_ = FoldRule::DropsBlank;

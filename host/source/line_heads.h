@@ -38,6 +38,8 @@ struct LineHead {
   std::vector<Parameter> parameters;
   std::vector<std::string> types;  // what typesOf says of them
   Transfer transfer = Transfer::Plain;
+  bool namesOtherSet = false;  // a CHARSET other than UTF-8
+  std::string inView;          // of a known property: what its line begins with when it is encoded
 
   uint8_t slot = 0;  // among LineHeads
 };

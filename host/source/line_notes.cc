@@ -8,34 +8,62 @@
 namespace px {
 namespace {
 
-// Fields one behind the other: numbers seven bits a byte, the lowest first, for most are small, and
-// what is written has its price; texts and lists behind their length.
+// A record: its length, a bit for each field that tells whether it holds anything, and the fields
+// that do, one behind the other. Most hold nothing, and what is written has its price. Numbers take
+// seven bits a byte, the lowest first, for most are small; texts and lists stand behind their
+// length. A bool is its bit.
 
+using FieldBits = uint16_t;
+
+template <class Field>
+bool holdsAnything(const Field &field) {
+  if constexpr (requires { field.empty(); }) {
+    return !field.empty();
+  } else {
+    return field != Field();
+  }
+}
+
+// Where the fields of a record go: into a count of how many bytes they take at most, or to where
+// that many have room.
+struct FieldSize {
+  void number(uint64_t) { most += 10; }
+  void text(std::string_view text) { most += text.size(); }
+  size_t most = 0;
+};
+struct FieldBytes {
+  void number(uint64_t number) {
+    char *to = next;
+    for (; number >= 0x80; number >>= 7) *to++ = static_cast<char>(number | 0x80);
+    *to++ = static_cast<char>(number);
+    next = to;
+  }
+  void text(std::string_view text) { next = std::copy(text.begin(), text.end(), next); }
+  char *next;
+};
+
+template <class Target>
 class RecordWriter {
  public:
-  // Writes into `bytes`, whatever it holds, behind room for the length. It grows as it must.
-  explicit RecordWriter(std::string *bytes) : bytes_(*bytes) { room(sizeof(uint32_t)); }
+  explicit RecordWriter(Target to) : to_(to) {}
 
-  std::string_view finish() {
-    const auto size = static_cast<uint32_t>(size_ - sizeof(uint32_t));
-    std::memcpy(bytes_.data(), &size, sizeof size);
-    return {bytes_.data(), size_};
+  template <class Field>
+  void field(const Field &field) {
+    if (holdsAnything(field)) {
+      bits_ |= bit_;
+      if constexpr (!std::is_same_v<Field, bool>) put(field);
+    }
+    bit_ <<= 1;
   }
 
+  // A field that is always written: it has no bit.
   template <class Number>
   requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void put(Number number) {
-    auto rest = static_cast<uint64_t>(number);
-    char *to = room(LongestNumber);
-    size_ -= LongestNumber - 1;
-    for (; rest >= 0x80; rest >>= 7) {
-      *to++ = static_cast<char>(rest | 0x80);
-      ++size_;
-    }
-    *to = static_cast<char>(rest);
+    to_.number(static_cast<uint64_t>(number));
   }
   void put(const std::string &text) {
-    put(static_cast<uint32_t>(text.size()));
-    std::memcpy(room(text.size()), text.data(), text.size());
+    put(text.size());
+    to_.text(text);
   }
   void put(const Extent &extent) {
     put(extent.offset);
@@ -43,8 +71,7 @@ class RecordWriter {
   }
   template <class T>
   void put(const std::optional<T> &item) {
-    put(item.has_value());
-    if (item) put(*item);
+    put(*item);
   }
   void put(const Parameter &parameter) {
     put(parameter.name);
@@ -57,29 +84,57 @@ class RecordWriter {
   }
   template <class T>
   void put(const std::vector<T> &list) {
-    put(static_cast<uint32_t>(list.size()));
+    put(list.size());
     for (const T &item : list) put(item);
   }
 
+  FieldBits bits() const { return bits_; }
+  const Target &target() const { return to_; }
+
  private:
-  // Adds as many bytes to the record; answers where they stand.
-  char *room(size_t size) {
-    const size_t at = size_;
-    size_ += size;
-    if (bytes_.size() < size_) bytes_.resize(2 * size_);
-    return bytes_.data() + at;
-  }
-
-  static constexpr size_t LongestNumber = 10;
-
-  std::string &bytes_;
-  size_t size_ = 0;  // of the record; behind it, bytes_ is room
+  Target to_;
+  FieldBits bits_ = 0;
+  FieldBits bit_ = 1;  // of the next field
 };
+
+// Appends the record that `write` gives to any RecordWriter.
+template <class Write>
+void append(Write write, SpoolFile *spool) {
+  RecordWriter size{FieldSize()};
+  write(size);
+  constexpr size_t header = sizeof(uint32_t) + sizeof(FieldBits);
+  char *const start = spool->room(header + size.target().most);
+  RecordWriter record{FieldBytes{start + header}};
+  write(record);
+  const char *const end = record.target().next;
+  const auto length = static_cast<uint32_t>(end - start - sizeof length);
+  const FieldBits bits = record.bits();
+  std::memcpy(start, &length, sizeof length);
+  std::memcpy(start + sizeof length, &bits, sizeof bits);
+  spool->commit(end);
+}
 
 class RecordReader {
  public:
-  // Of a whole record.
-  explicit RecordReader(std::string_view bytes) : next_(bytes.data()) {}
+  // Of a whole record, behind its length.
+  explicit RecordReader(std::string_view bytes) : next_(bytes.data() + sizeof bits_) {
+    std::memcpy(&bits_, bytes.data(), sizeof bits_);
+  }
+
+  template <class Field>
+  void field(Field *field) {
+    const bool holds = (bits_ & 1) != 0;
+    bits_ >>= 1;
+    if constexpr (std::is_same_v<Field, bool>) {
+      *field = holds;
+    } else if (holds) {
+      take(field);
+    } else if constexpr (requires { field->clear(); }) {
+      field->clear();
+    } else {
+      *field = Field();
+    }
+  }
 
   template <class Number>
   requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) void take(Number *number) {
@@ -103,10 +158,7 @@ class RecordReader {
   }
   template <class T>
   void take(std::optional<T> *item) {
-    bool has;
-    take(&has);
-    item->reset();
-    if (has) take(&item->emplace());
+    take(&item->emplace());
   }
   void take(Parameter *parameter) {
     take(&parameter->name);
@@ -127,6 +179,7 @@ class RecordReader {
 
  private:
   const char *next_;
+  FieldBits bits_;  // of the next field, and of those behind it
 };
 
 // Each record names its fields once, for both ways.
@@ -156,13 +209,17 @@ void visitHead(Head &head, Visit visit) {
   visit(head.types);
 }
 
-// The role comes first: notes of other roles are passed over by it.
+// The role comes first, where roleOf() reads it.
 template <class Note, class Visit>
 void visitSummary(Note &note, Visit visit) {
   visit(note.role);
   visit(note.types);
   visit(note.value);
   visit(note.cut);
+}
+
+SummaryRole roleOf(std::string_view summary) {
+  return static_cast<SummaryRole>(summary[sizeof(FieldBits)]);
 }
 
 template <class Note, class Visit>
@@ -183,21 +240,30 @@ void visitSection(Note &note, Visit visit) {
 }  // namespace
 
 void LineNotes::add(const LineNote &note) {
-  RecordWriter record(&record_);
-  visitLine(note, [&](const auto &field) { record.put(field); });
   const LineHead &head = *note.head;
   const bool isNew = heads_.isNew(head.slot);
-  record.put(head.slot);
-  record.put(isNew);
-  if (isNew) visitHead(head, [&](const auto &field) { record.put(field); });
-  lines_.append(record.finish());
+  const auto write = [&](auto &record) {
+    visitLine(note, [&](const auto &field) { record.field(field); });
+    record.field(isNew);
+    record.put(head.slot);
+    if (isNew) visitHead(head, [&](const auto &field) { record.put(field); });
+  };
+  append(write, &lines_);
   ++lineCount_;
 }
 
-void LineNotes::add(const SummaryNote &note) {
-  RecordWriter record(&record_);
-  visitSummary(note, [&](const auto &field) { record.put(field); });
-  summaries_.append(record.finish());
+void LineNotes::addSummary(SummaryRole role, const std::vector<std::string> &types,
+                           const Extent &value, bool cut) {
+  struct {
+    SummaryRole role;
+    const std::vector<std::string> &types;
+    const Extent &value;
+    bool cut;
+  } const note = {role, types, value, cut};
+  const auto write = [&](auto &record) {
+    visitSummary(note, [&](const auto &field) { record.field(field); });
+  };
+  append(write, &summaries_);
   ++summaryCount_;
 }
 
@@ -206,9 +272,10 @@ void LineNotes::add(SectionNote section) {
   section.firstSummary = firstSummary_;
   section.lineCount = lineCount_;
   section.summaryCount = summaryCount_;
-  RecordWriter record(&record_);
-  visitSection(section, [&](const auto &field) { record.put(field); });
-  sections_.append(record.finish());
+  const auto write = [&](auto &record) {
+    visitSection(section, [&](const auto &field) { record.field(field); });
+  };
+  append(write, &sections_);
   ++sectionCount_;
   firstLine_ = lines_.size();
   firstSummary_ = summaries_.size();
@@ -253,11 +320,12 @@ bool LineNoteReader::nextSection(SectionNote *section) {
   const auto bytes = sections_.next();
   if (!bytes) return false;
   RecordReader record(*bytes);
-  visitSection(section_, [&](auto &field) { record.take(&field); });
+  visitSection(section_, [&](auto &field) { record.field(&field); });
   *section = section_;
   lines_.moveTo(section_.firstLine);
-  linesRead_ = summariesRead_ = 0;
+  linesRead_ = 0;
   role_ = SummaryRole::None;
+  rolesFound_ = false;
   return true;
 }
 
@@ -265,11 +333,11 @@ bool LineNoteReader::nextLine(LineNote *line) {
   if (linesRead_ == section_.lineCount) return false;
   ++linesRead_;
   RecordReader record(lines_.next().value());
-  visitLine(*line, [&](auto &field) { record.take(&field); });
-  uint8_t slot;
+  visitLine(*line, [&](auto &field) { record.field(&field); });
   bool isNew;
+  uint8_t slot;
+  record.field(&isNew);
   record.take(&slot);
-  record.take(&isNew);
   if (!heads_[slot]) heads_[slot] = std::make_unique<LineHead>();
   LineHead &head = *heads_[slot];
   if (isNew) {
@@ -280,25 +348,39 @@ bool LineNoteReader::nextLine(LineNote *line) {
   return true;
 }
 
+// Where the lines of each role begin in the section, and how many there are.
+void LineNoteReader::findRoles() {
+  roles_ = {};
+  summaries_.moveTo(section_.firstSummary);
+  for (uint32_t i = 0; i < section_.summaryCount; ++i) {
+    const uint64_t position = summaries_.position();
+    RoleLines &lines = roles_[static_cast<size_t>(roleOf(summaries_.next().value()))];
+    if (lines.count == 0) lines.first = position;
+    ++lines.count;
+  }
+  rolesFound_ = true;
+}
+
 bool LineNoteReader::nextSummary(SummaryRole role, SummaryNote *summary) {
   if (!section_.has(role)) {
     role_ = SummaryRole::None;
     return false;
   }
+  if (!rolesFound_) findRoles();
+  const RoleLines &lines = roles_[static_cast<size_t>(role)];
   if (role != role_) {
-    summaries_.moveTo(section_.firstSummary);
+    summaries_.moveTo(lines.first);
     summariesRead_ = 0;
     role_ = role;
   }
-  while (summariesRead_ < section_.summaryCount) {
-    ++summariesRead_;
-    const std::string_view bytes = summaries_.next().value();
-    if (static_cast<SummaryRole>(bytes.front()) != role) continue;
-    RecordReader record(bytes);
-    visitSummary(*summary, [&](auto &field) { record.take(&field); });
-    return true;
-  }
-  return false;
+  if (summariesRead_ == lines.count) return false;
+  ++summariesRead_;
+  std::string_view bytes;
+  do bytes = summaries_.next().value();
+  while (roleOf(bytes) != role);
+  RecordReader record(bytes);
+  visitSummary(*summary, [&](auto &field) { record.field(&field); });
+  return true;
 }
 
 }  // namespace px

@@ -24,6 +24,7 @@ namespace px {
 struct Extent {
   uint64_t offset = 0;
   uint64_t length = 0;
+  bool operator==(const Extent &) const = default;
 };
 
 // A line of the view that has output in the listing.
@@ -78,7 +79,9 @@ class LineNotes {
  public:
   // A section's lines and summary lines are added first, then the section.
   void add(const LineNote &note);
-  void add(const SummaryNote &note);
+  // What a SummaryNote holds; a role other than None.
+  void addSummary(SummaryRole role, const std::vector<std::string> &types, const Extent &value,
+                  bool cut);
   // Sets the positions and counts of `section` to what was added since the last one.
   void add(SectionNote section);
 
@@ -94,7 +97,6 @@ class LineNotes {
 
   SpoolFile lines_, summaries_, sections_;
   LineHeads heads_;
-  std::string record_;  // the one that is being added
   uint64_t sectionCount_ = 0;
   uint64_t firstLine_ = 0;
   uint64_t firstSummary_ = 0;
@@ -109,6 +111,8 @@ class RecordSpool {
 
   // The next record, valid until the next call; nothing at the end.
   std::optional<std::string_view> next();
+  // Of the next record.
+  uint64_t position() const { return base_ + next_; }
   void moveTo(uint64_t position);
 
  private:
@@ -136,12 +140,20 @@ class LineNoteReader {
   bool nextSummary(SummaryRole role, SummaryNote *summary);
 
  private:
+  struct RoleLines {
+    uint64_t first = 0;  // position among the summary lines
+    uint32_t count = 0;
+  };
+  void findRoles();
+
   RecordSpool lines_, summaries_, sections_;
   std::array<std::unique_ptr<LineHead>, LineHeads::Slots> heads_;
   SectionNote section_;
   uint32_t linesRead_ = 0;
-  uint32_t summariesRead_ = 0;
-  SummaryRole role_ = SummaryRole::None;
+  std::array<RoleLines, SummaryRoleCount> roles_;
+  bool rolesFound_ = false;
+  SummaryRole role_ = SummaryRole::None;  // the one that is being read,
+  uint32_t summariesRead_ = 0;            // and how many of its lines have been
 };
 
 }  // namespace px

@@ -97,7 +97,8 @@ Transfer transferOf(const std::vector<HeadParameter> &parameters) {
 }
 
 Transfer transferOf(const ContentLine &line) {
-  if (line.parameters.empty()) return Transfer::Plain;
+  // Every encoding has a B in its names.
+  if (line.parameters.find_first_of("Bb") == line.parameters.npos) return Transfer::Plain;
   std::vector<HeadParameter> parameters;
   splitParameters(line.parameters, ContentLines::MostParameters, &parameters);
   return transferOf(parameters);

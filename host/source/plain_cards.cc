@@ -37,8 +37,7 @@ bool isHexDigit(char c) { return ('0' <= c && c <= '9') || ('A' <= c && c <= 'F'
 
 // Text without control characters, whose first character is no blank.
 bool isPlainText(std::string_view text) {
-  bool cut;
-  if (validUtf8Length(text, &cut) != text.size() || text.starts_with(' ')) return false;
+  if (!isValidUtf8(text) || text.starts_with(' ')) return false;
   return std::none_of(text.begin(), text.end(),
                       [](char c) { return static_cast<unsigned char>(c) < 0x20; });
 }
@@ -310,17 +309,14 @@ class PlainReader {
   bool countRole() {
     if (!known_ || known_->role == SummaryRole::None) return true;
     section_.summaryRoles |= 1u << static_cast<int>(known_->role);
-    SummaryNote summary;
-    summary.role = known_->role;
-    summary.types = note_.head->types;
-    notes_.add(summary);
+    notes_.addSummary(known_->role, note_.head->types, {}, false);
     return ++roles_[static_cast<size_t>(known_->role)] <= kSummarySlots;
   }
 
   ByteSource source_;
   LineNotes &notes_;
   SectionNote section_;
-  std::array<uint32_t, static_cast<size_t>(SummaryRole::Status) + 1> roles_{};
+  std::array<uint32_t, SummaryRoleCount> roles_{};
 
   // Of the current line.
   const KnownProperty *known_ = nullptr;

@@ -4,6 +4,7 @@
 #ifndef PX_HOST_SOURCE_PROPERTY_TABLE_H
 #define PX_HOST_SOURCE_PROPERTY_TABLE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -36,6 +37,7 @@ enum class SummaryRole : uint8_t {
   Start,
   Status,
 };
+constexpr size_t SummaryRoleCount = static_cast<size_t>(SummaryRole::Status) + 1;
 
 struct KnownProperty {
   std::string_view name;  // in capitals

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "host/source/ascii_case.h"
+#include "host/source/utf8.h"
 #include "host/source/value_text.h"
 #include "px/vcrd.h"
 
@@ -19,10 +20,12 @@ constexpr size_t kLongestWhole = 64 * 1024;
 constexpr size_t kLongestField = 255;  // of the filter, and so are its names
 constexpr size_t kMostLines = 7;       // fields of a value of lines that it shows
 
+constexpr std::string_view kEncoded = ";QUOTED-PRINTABLE:";
 constexpr uint32_t kPictureLabel = 79402;
 
 std::string_view withoutLeadingBlanks(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+  while (text.starts_with(' ') || text.starts_with('\t')) text.remove_prefix(1);
+  return text;
 }
 
 // `text` cut to what the filter keeps, between characters.
@@ -33,12 +36,12 @@ std::string_view cut(std::string_view text) {
   return text.substr(0, size);
 }
 
-std::vector<std::string_view> split(std::string_view text) {
-  std::vector<std::string_view> fields;
+void split(std::string_view text, char divider, std::vector<std::string_view> *fields) {
+  fields->clear();
   for (;;) {
-    const size_t end = std::min(text.find(FieldDivider), text.size());
-    fields.push_back(text.substr(0, end));
-    if (end == text.size()) return fields;
+    const size_t end = std::min(text.find(divider), text.size());
+    fields->push_back(text.substr(0, end));
+    if (end == text.size()) return;
     text.remove_prefix(end + 1);
   }
 }
@@ -56,7 +59,10 @@ std::string joinedName(const std::vector<std::string_view> &parts) {
   return name;
 }
 
-bool isBlank(std::string_view text) { return text.find_first_not_of(" \t\n") == text.npos; }
+bool isBlank(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c == ' ' || c == '\t' || c == '\n'; });
+}
 
 bool areBlank(const std::vector<std::string_view> &fields) {
   return std::all_of(fields.begin(), fields.end(), isBlank);
@@ -66,6 +72,22 @@ bool isBase64Digit(char c) {
   return ('A' <= c && c <= 'Z') || ('a' <= c && c <= 'z') || ('0' <= c && c <= '9') || c == '+' ||
          c == '/';
 }
+
+// The name of a known property, with the types that the filter writes for it.
+std::string headInView(const KnownProperty &known, const std::vector<std::string> &types) {
+  std::string head(known.name);
+  const bool typed = known.role == SummaryRole::Address || known.role == SummaryRole::Label ||
+                     known.role == SummaryRole::Telephone || known.role == SummaryRole::Email ||
+                     known.form == PropertyForm::Key;
+  if (!typed) return head;
+  for (const std::string &type : types) {
+    if (knownType(type) >= 0) head += ";TYPE=" + type;
+  }
+  return head;
+}
+
+// Whether "data:" can begin with this byte: escaped, or behind a fold.
+bool canBeginData(int c) { return c == 'd' || c == 'D' || c == '\\' || c == '\r' || c == '\n'; }
 
 // The type of the content that the parameters tell.
 std::string declaredType(const std::vector<Parameter> &parameters) {
@@ -106,10 +128,11 @@ bool PropertyView::isIndexed() const {
 
 void PropertyView::add(const ContentLine &line) {
   start_ = line.start;
-  note_ = LineNote();
-  note_.head = headOf(line);
-  known_ = note_.head->known;
-  transfer_ = note_.head->transfer;
+  note_.emplace();
+  divider_ = FieldDivider;
+  note_->head = headOf(line);
+  known_ = note_->head->known;
+  transfer_ = note_->head->transfer;
 
   separator_ = 0;
   if (known_ && (known_->form == PropertyForm::Rows || known_->form == PropertyForm::Lines)) {
@@ -122,24 +145,27 @@ void PropertyView::add(const ContentLine &line) {
                       known_->form != PropertyForm::Key && known_->form != PropertyForm::Attach;
   if (transfer_ == Transfer::Base64 && !isText) {
     addObject(false);
-  } else if (transfer_ == Transfer::Plain && takeDataPrefix(line)) {
+  } else if (transfer_ == Transfer::Plain && canBeginData(source_->peek()) &&
+             takeDataPrefix(line)) {
     addObject(true);
   } else {
     addText(line);
   }
 }
 
-// Only a head that can be read without a fault is kept: each line tells its own.
 const LineHead *PropertyView::headOf(const ContentLine &line) {
   const auto rules =
       static_cast<uint32_t>(format_ << 2 | rules_.escapes << 1 | rules_.caretEscapes);
-  LineHeads *heads = notes_->heads();
-  if (const LineHead *kept = heads->find(line.head, rules)) return kept;
+  const LineHead *kept = notes_->heads()->find(line.head, rules);
+  return kept ? kept : readHead(line, rules);
+}
+
+// Only a head that can be read without a fault is kept: each line tells its own.
+const LineHead *PropertyView::readHead(const ContentLine &line, uint32_t rules) {
   std::vector<HeadParameter> given;
   const bool isWhole = splitParameters(line.parameters, ContentLines::MostParameters, &given);
-  size_t open;
-  const bool good = isUtf8(line.head, &open) && open == 0 && isWhole;
-  LineHead *head = heads->put(good ? line.head : std::string_view(), rules);
+  const bool good = isValidUtf8(line.head) && isWhole;
+  LineHead *head = notes_->heads()->put(good ? line.head : std::string_view(), rules);
   head->known = knownProperty(line.name, format_);
   head->label = head->known ? head->known->label : 0;
   head->name = headText(line.name);
@@ -150,7 +176,10 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
     parameter.name = headText(parameter.name);
     for (std::string &value : parameter.values) value = headText(value);
   }
+  const std::string *charset = valueOf(head->parameters, "CHARSET");
+  head->namesOtherSet = charset && !equalsNoCase(*charset, "UTF-8");
   head->types = typesOf(head->parameters);
+  if (head->known) head->inView = headInView(*head->known, head->types) + std::string(kEncoded);
   if (!isWhole) {
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
@@ -159,8 +188,7 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
 }
 
 std::string PropertyView::headText(std::string_view bytes) {
-  size_t open;
-  if (isUtf8(bytes, &open) && open == 0) return std::string(bytes);
+  if (isValidUtf8(bytes)) return std::string(bytes);
   decoder_.begin(file_->guessedCharset());
   std::string text;
   decoder_.put(bytes, &text);
@@ -169,9 +197,9 @@ std::string PropertyView::headText(std::string_view bytes) {
 }
 
 std::optional<Extent> PropertyView::extentOf(uint64_t from, uint64_t end) const {
-  if (!file_->filePosition) return std::nullopt;
-  const uint64_t offset = file_->filePosition(from);
-  return Extent{offset, file_->filePosition(end) - offset};
+  if (!file_->positions) return std::nullopt;
+  const uint64_t offset = file_->positions->filePosition(from);
+  return Extent{offset, file_->positions->filePosition(end) - offset};
 }
 
 // Cards in cards.
@@ -198,8 +226,6 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
   constexpr std::string_view scheme = "data:";
   constexpr std::string_view mark = ";BASE64,";
   constexpr size_t longest = 1024;
-  const int first = source_->peek();
-  if (first != 'd' && first != 'D' && first != '\\' && first != '\r' && first != '\n') return false;
   std::string prefix;
   while (prefix.size() < longest) {
     const int c = source_->peek();
@@ -215,7 +241,7 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
     const std::string_view text = prefix;
     if (text.size() < scheme.size() + mark.size()) break;
     if (!equalsNoCase(text.substr(text.size() - mark.size()), mark)) break;
-    note_.dataType = headText(text.substr(scheme.size(), text.find(';') - scheme.size()));
+    note_->dataType = headText(text.substr(scheme.size(), text.find(';') - scheme.size()));
     return true;
   }
   source_->moveTo(line.value);
@@ -263,10 +289,10 @@ void PropertyView::addObject(bool percents) {
     if (digits == 0) {
       if (!hasForm) {
         view_->put("PHOTO;BASE64:");
-        note_.callLabel = kPictureLabel;
+        note_->callLabel = kPictureLabel;
       } else {
-        note_.callLabel = known_->label;
-        putHead(false);
+        note_->callLabel = known_->label;
+        view_->put(headInView(*known_, note_->head->types));
         view_->put(known_->form == PropertyForm::Attach ? ";VALUE=BINARY;BASE64:" : ";BASE64:");
       }
     }
@@ -277,55 +303,56 @@ void PropertyView::addObject(bool percents) {
     fault("the Base64 text ends within an escape");
   }
   if (!good) value.skip();
-  note_.extent = extentOf(start_.position, value.end().position);
-  if (digits == 0) {
-    text_.clear();
-    return addWhole();
-  }
+  note_->extent = extentOf(start_.position, value.end().position);
+  if (digits == 0) return addWhole({});
   view_->put("=\n");
-  note_.data = extentOf(first, last);
-  if (!note_.data) note_.data = Extent();
-  note_.dataSize = digits * 3 / 4;
-  if (note_.dataType.empty()) note_.dataType = declaredType(note_.head->parameters);
-  notes_->add(note_);
+  note_->data = extentOf(first, last);
+  if (!note_->data) note_->data = Extent();
+  note_->dataSize = digits * 3 / 4;
+  if (note_->dataType.empty()) note_->dataType = declaredType(note_->head->parameters);
+  notes_->add(*note_);
 }
 
 // Texts.
 
 void PropertyView::addText(const ContentLine &line) {
   ValueBytes value(source_, transfer_, rules_.fold, separator_ == ';');
-  if (!collect(&value)) return addLong(line, &value);
-  note_.extent = extentOf(start_.position, value.end().position);
-  if (transfer_ == Transfer::Base64) decodeBase64();
-
-  size_t open;
-  const bool valid = isUtf8(raw_, &open) && open == 0;
-  beginDecoder(valid);
-  std::string_view decoded = raw_;
-  if (!valid || !decoder_.readsUtf8()) {
+  std::string_view text = value.next();
+  if (!value.ended() || transfer_ == Transfer::Base64) {
+    if (!collect(text, &value)) return addLong(line, &value);
+    if (transfer_ == Transfer::Base64) decodeBase64();
+    text = raw_;
+  }
+  note_->extent = extentOf(start_.position, value.end().position);
+  const bool valid = isValidUtf8(text);
+  if (!valid || note_->head->namesOtherSet) {
+    beginDecoder(valid);
     decoded_.clear();
-    decoder_.put(raw_, &decoded_);
+    decoder_.put(text, &decoded_);
     if (!decoder_.finish(&decoded_)) fault("bytes that are no text in the value's character set");
-    decoded = decoded_;
+    text = decoded_;
   }
-  text_.clear();
-  ValueText meaning(rules_.escapes, separator_);
-  meaning.put(decoded, &text_);
-  meaning.finish(&text_);
+  divider_ = separator_;
+  if (plainLength(text) < text.size()) {
+    divider_ = FieldDivider;
+    ValueText meaning(rules_.escapes, separator_);
+    text_.clear();
+    meaning.put(text, &text_);
+    meaning.finish(&text_);
+    text = text_;
+  }
   // The filter drops the blanks before a value that it knows.
-  if (known_ && transfer_ == Transfer::Plain) {
-    text_.erase(0, text_.size() - withoutLeadingBlanks(text_).size());
-  }
-  addWhole();
+  if (known_ && transfer_ == Transfer::Plain) text = withoutLeadingBlanks(text);
+  addWhole(text);
 }
 
-// Reads the value; false when it is longer than what is looked at as a whole.
-bool PropertyView::collect(ValueBytes *value) {
-  raw_.clear();
+// Reads the value behind its first piece; false when all of it is longer than what is looked at as
+// a whole.
+bool PropertyView::collect(std::string_view first, ValueBytes *value) {
+  raw_ = first;
   while (raw_.size() <= kLongestWhole) {
-    const std::string_view piece = value->next();
-    if (piece.empty()) return true;
-    raw_ += piece;
+    if (value->ended()) return true;
+    raw_ += value->next();
   }
   return false;
 }
@@ -345,7 +372,7 @@ void PropertyView::decodeBase64() {
 }
 
 void PropertyView::beginDecoder(bool isUtf8) {
-  const std::string *charset = valueOf(note_.head->parameters, "CHARSET");
+  const std::string *charset = valueOf(note_->head->parameters, "CHARSET");
   if (charset && !(file_->unicode && transfer_ == Transfer::Plain)) {
     if (equalsNoCase(*charset, "UTF-8")) return decoder_.beginUtf8();
     if (decoder_.begin(*charset)) return;
@@ -355,64 +382,63 @@ void PropertyView::beginDecoder(bool isUtf8) {
   decoder_.begin(file_->guessedCharset());
 }
 
-// Writes the value in text_.
-void PropertyView::addWhole() {
-  if (!note_.head->group.empty()) noteGroup();
-  if (!known_) return putPlainLine(text_);
-  if (separator_ != 0) return addFields();
+// Writes a value, whose text is given.
+void PropertyView::addWhole(std::string_view text) {
+  if (!note_->head->group.empty()) noteGroup(text);
+  if (!known_) return putPlainLine(text);
+  if (separator_ != 0) return addFields(text);
 
-  const bool hasLineEnd = text_.find('\n') != text_.npos;
   const SummaryRole role = isIndexed() ? known_->role : SummaryRole::None;
   const bool oneLine =
       role == SummaryRole::Telephone || role == SummaryRole::Email || role == SummaryRole::Url;
   const bool single = known_->form == PropertyForm::Single;
-  const bool cutOff = single && (text_.find(';') != text_.npos || text_.size() > kLongestField);
+  const bool cutOff = single && (text.find(';') != text.npos || text.size() > kLongestField);
   const bool version = known_->name == "VERSION";
-  if (oneLine && hasLineEnd) {
-    putForSummary([this] {
-      std::string line = text_;
+  const bool brokenOff = (oneLine || single || version) && text.find('\n') != text.npos;
+  if (oneLine && brokenOff) {
+    putForSummary([this, text] {
+      std::string line(text);
       std::replace(line.begin(), line.end(), '\n', ' ');
       putText(line);
     });
   }
-  const bool takesPlace = known_->role != SummaryRole::None && isBlank(text_);
-  if (takesPlace || cutOff || (hasLineEnd && (oneLine || single || version))) {
-    return putPlainLine(text_);
-  }
-  note_.callLabel = known_->label;
+  const bool takesPlace = known_->role != SummaryRole::None && isBlank(text);
+  if (takesPlace || cutOff || brokenOff) return putPlainLine(text);
+  note_->callLabel = known_->label;
   if (single || version) {
     // With the blank no version is known, and the filter stays with its simplest dialect.
     view_->put(known_->name);
     view_->put(version ? ": " : ":");
-    view_->put(text_);
+    view_->put(text);
     view_->put("\n");
-    notes_->add(note_);
+    notes_->add(*note_);
     return;
   }
-  putText(text_);
+  putText(text);
 }
 
 void PropertyView::putText(std::string_view text) {
-  putHead(true);
+  view_->put(note_->head->inView);
   const uint64_t start = view_->size();
   view_->putQuoted(text);
   // Between two URLs the summary has nothing.
-  note_.breakAdded = isIndexed() && known_->role == SummaryRole::Url;
+  note_->breakAdded = isIndexed() && known_->role == SummaryRole::Url;
   endLine(start);
 }
 
 // An X-ABLabel line tells how the other lines of its group are called: the first one does.
-void PropertyView::noteGroup() {
+void PropertyView::noteGroup(std::string_view text) {
   std::vector<std::pair<std::string, std::string>> &labels = section_->groupLabels;
-  const bool known = std::find(groups_.begin(), groups_.end(), note_.head->group) != groups_.end();
-  if (!equalsNoCase(note_.head->name, "X-ABLABEL")) {
+  const bool known = std::find(groups_.begin(), groups_.end(), note_->head->group) != groups_.end();
+  if (!equalsNoCase(note_->head->name, "X-ABLABEL")) {
     if (!known && groups_.size() < SectionNote::MaxGroupLabels)
-      groups_.push_back(note_.head->group);
-  } else if (known && text_.size() <= kLongestField &&
-             std::none_of(labels.begin(), labels.end(),
-                          [this](const auto &label) { return label.first == note_.head->group; })) {
-    labels.emplace_back(note_.head->group, text_);
-    note_.labelsGroup = true;
+      groups_.push_back(note_->head->group);
+  } else if (known && text.size() <= kLongestField &&
+             std::none_of(labels.begin(), labels.end(), [this](const auto &label) {
+               return label.first == note_->head->group;
+             })) {
+    labels.emplace_back(note_->head->group, text);
+    note_->labelsGroup = true;
   }
 }
 
@@ -420,13 +446,13 @@ void PropertyView::noteGroup() {
 // all of it in the summary.
 void PropertyView::endLine(uint64_t valueStart, bool isCut) {
   const uint64_t valueEnd = view_->size();
-  view_->put(note_.breakAdded ? "=0A\n" : "\n");
-  notes_->add(note_);
+  view_->put(note_->breakAdded ? "=0A\n" : "\n");
+  notes_->add(*note_);
   if (!known_ || known_->role == SummaryRole::None) return;
   section_->summaryRoles |= 1u << static_cast<int>(known_->role);
   if (format_ == VcardFormatVcard) {
-    notes_->add(
-        SummaryNote{known_->role, note_.head->types, {valueStart, valueEnd - valueStart}, isCut});
+    notes_->addSummary(known_->role, note_->head->types, {valueStart, valueEnd - valueStart},
+                       isCut);
   }
 }
 
@@ -449,16 +475,16 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
     utf8 = isUtf8(rest, &open);
     rest.erase(0, rest.size() - open);
   }
-  note_.extent = extentOf(start_.position, value->end().position);
+  note_->extent = extentOf(start_.position, value->end().position);
 
   const bool quoted = known_ && separator_ == 0 && known_->form != PropertyForm::Single &&
                       known_->name != "VERSION" &&
                       !(isIndexed() && known_->role >= SummaryRole::Telephone);
   if (quoted) {
-    note_.callLabel = known_->label;
-    putHead(true);
+    note_->callLabel = known_->label;
+    view_->put(note_->head->inView);
   } else {
-    note_.fieldsInText = separator_ != 0;
+    note_->fieldsInText = separator_ != 0;
     putPlainHead();
   }
   const uint64_t start = view_->size();
@@ -484,12 +510,13 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
   put();
   if (quoted) return endLine(start);
   view_->put("\n");
-  notes_->add(note_);
+  notes_->add(*note_);
 }
 
-// Writes the fields in text_.
-void PropertyView::addFields() {
-  std::vector<std::string_view> fields = split(text_);
+// Writes the fields in `text`.
+void PropertyView::addFields(std::string_view text) {
+  std::vector<std::string_view> &fields = fields_;
+  split(text, divider_, &fields);
   if (transfer_ == Transfer::Plain) {
     for (std::string_view &field : fields) field = withoutLeadingBlanks(field);
   }
@@ -509,24 +536,28 @@ void PropertyView::addFields() {
         putFields({lines.begin(), lines.end()}, true);
       });
     }
-    note_.fieldsInText = true;
-    putPlainLine(text_);
+    note_->fieldsInText = true;
+    std::string divided(text);
+    std::replace(divided.begin(), divided.end(), divider_, FieldDivider);
+    putPlainLine(divided);
   } else {
-    note_.callLabel = known_->label;
+    note_->callLabel = known_->label;
     if (!rows) {
-      note_.fieldCount = static_cast<uint32_t>(fields.size());
+      note_->fieldCount = static_cast<uint32_t>(fields.size());
       for (size_t i = 0; i < fields.size(); ++i) {
-        if (fields[i].empty()) note_.emptyFields |= 1u << i;
+        if (fields[i].empty()) note_->emptyFields |= 1u << i;
       }
     }
     putFields(fields, false);
   }
   const bool isName = isIndexed() && known_->role == SummaryRole::Name;
-  if (isName && nameFromParts_.empty()) nameFromParts_ = joinedName(fields);
+  if (isName && nameFromParts_.empty() && !section_->has(SummaryRole::FormattedName)) {
+    nameFromParts_ = joinedName(fields);
+  }
 }
 
 void PropertyView::putFields(const std::vector<std::string_view> &fields, bool isCut) {
-  putHead(true);
+  view_->put(note_->head->inView);
   const uint64_t start = view_->size();
   for (size_t i = 0; i < fields.size(); ++i) {
     if (i > 0) view_->put(";");
@@ -540,11 +571,11 @@ void PropertyView::putFields(const std::vector<std::string_view> &fields, bool i
 // drops.
 template <class Put>
 void PropertyView::putForSummary(Put put) {
-  const LineNote whole = std::move(note_);
-  note_ = LineNote();
-  note_.dropped = true;
-  note_.callLabel = known_->label;
-  note_.head = whole.head;
+  const LineNote whole = std::move(*note_);
+  note_.emplace();
+  note_->dropped = true;
+  note_->callLabel = known_->label;
+  note_->head = whole.head;
   put();
   note_ = whole;
 }
@@ -555,46 +586,34 @@ void PropertyView::putForSummary(Put put) {
 void PropertyView::endSection() {
   if (format_ != VcardFormatVcard || section_->has(SummaryRole::FormattedName)) return;
   known_ = knownProperty("FN", format_);
-  note_ = LineNote();
-  note_.dropped = true;
-  note_.callLabel = known_->label;
-  note_.head = notes_->heads()->put({}, 0);
+  note_.emplace();
+  note_->dropped = true;
+  note_->callLabel = known_->label;
+  LineHead *head = notes_->heads()->put({}, 0);
+  head->inView = headInView(*known_, {}) + std::string(kEncoded);
+  note_->head = head;
   putText(nameFromParts_);
-}
-
-// The name of a known property, with the types that the filter writes for it.
-void PropertyView::putHead(bool encoded) {
-  view_->put(known_->name);
-  const bool typed = known_->role == SummaryRole::Address || known_->role == SummaryRole::Label ||
-                     known_->role == SummaryRole::Telephone || known_->role == SummaryRole::Email ||
-                     known_->form == PropertyForm::Key;
-  if (typed) {
-    for (const std::string &type : note_.head->types) {
-      if (knownType(type) >= 0) view_->put(";TYPE=" + type);
-    }
-  }
-  if (encoded) view_->put(";QUOTED-PRINTABLE:");
 }
 
 void PropertyView::putPlainLine(std::string_view text) {
   putPlainHead();
   view_->putPlain(text);
   view_->put("\n");
-  notes_->add(note_);
+  notes_->add(*note_);
 }
 
 // The property's name if the filter doesn't know it, so that it writes the name itself.
 void PropertyView::putPlainHead() {
   // AGENT stands in no row, and the filter never shows one.
-  if (known_ || equalsNoCase(note_.head->name, "AGENT")) {
-    note_.callName = "X-" + inCapitals(note_.head->name);
+  if (known_ || equalsNoCase(note_->head->name, "AGENT")) {
+    note_->callName = "X-" + inCapitals(note_->head->name);
   } else {
     // A colon between quotes would end the name.
-    note_.callName = cut(note_.head->name);
-    std::erase(note_.callName, ':');
+    note_->callName = cut(note_->head->name);
+    std::erase(note_->callName, ':');
   }
-  note_.callLabel = 0;
-  view_->put(note_.callName + ":");
+  note_->callLabel = 0;
+  view_->put(note_->callName + ":");
 }
 
 }  // namespace px

@@ -20,6 +20,7 @@
 #include "host/source/line_notes.h"
 #include "host/source/line_parameters.h"
 #include "host/source/text_decoder.h"
+#include "host/source/unicode_input.h"
 #include "host/source/value_bytes.h"
 #include "host/source/view_text.h"
 
@@ -28,8 +29,8 @@ namespace px {
 // What the input as a whole says to its properties.
 struct SourceFile {
   bool unicode = false;  // a byte-order mark told the set: CHARSET holds for encoded values only
-  // Where a position of the input lies in the file; null: it lies nowhere there.
-  std::function<uint64_t(uint64_t position)> filePosition;
+  // Tells where a position of the input lies in the file; null: it lies nowhere there.
+  UnicodeInput *positions = nullptr;
   // The set of texts that name none and aren't UTF-8.
   std::function<const std::string &()> guessedCharset;
 };
@@ -56,6 +57,7 @@ class PropertyView {
  private:
   void fault(const std::string &text) const { (*faults_)(start_.line, text); }
   const LineHead *headOf(const ContentLine &line);
+  const LineHead *readHead(const ContentLine &line, uint32_t rules);
   std::string headText(std::string_view bytes);
   std::optional<Extent> extentOf(uint64_t from, uint64_t end) const;
 
@@ -63,15 +65,14 @@ class PropertyView {
   void addObject(bool percents);
 
   void addText(const ContentLine &line);
-  bool collect(ValueBytes *value);
+  bool collect(std::string_view first, ValueBytes *value);
   void decodeBase64();
   void beginDecoder(bool isUtf8);
-  void addWhole();
+  void addWhole(std::string_view text);
   void addLong(const ContentLine &line, ValueBytes *value);
-  void addFields();
+  void addFields(std::string_view text);
 
-  void noteGroup();
-  void putHead(bool encoded);
+  void noteGroup(std::string_view text);
   void endLine(uint64_t valueStart, bool isCut = false);
   void putText(std::string_view text);
   template <class Put>
@@ -98,9 +99,11 @@ class PropertyView {
   Place start_;
   const KnownProperty *known_ = nullptr;
   Transfer transfer_ = Transfer::Plain;
-  char separator_ = 0;
-  LineNote note_;
+  char separator_ = 0;  // of fields in the file; 0: the value has none
+  char divider_ = 0;    // of fields in the text that is made of the value
+  std::optional<LineNote> note_;
   std::string raw_, decoded_, text_;
+  std::vector<std::string_view> fields_;
   TextDecoder decoder_;
 };
 

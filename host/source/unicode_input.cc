@@ -128,8 +128,7 @@ uint64_t UnicodeInput::fileLength(uint64_t from, uint64_t to) const {
   return length;
 }
 
-uint64_t UnicodeInput::filePosition(uint64_t position) {
-  if (unit_ == 1) return position;
+uint64_t UnicodeInput::convertedPosition(uint64_t position) {
   const uint64_t distance = position < last_.text ? last_.text - position : position - last_.text;
   if (distance > kIndexStep) {
     const auto behind =

@@ -25,10 +25,13 @@ class UnicodeInput {
   VcardIo *io() { return unit_ > 1 ? static_cast<VcardIo *>(&io_) : file_; }
 
   // Where a position of the text lies in the file. It costs least near the one asked for last.
-  uint64_t filePosition(uint64_t position);
+  uint64_t filePosition(uint64_t position) {
+    return unit_ == 1 ? position : convertedPosition(position);
+  }
 
  private:
   void convert(bool bigEndian, const FaultSink &faults);
+  uint64_t convertedPosition(uint64_t position);
   uint64_t fileLength(uint64_t from, uint64_t to) const;
 
   VcardIo *file_;

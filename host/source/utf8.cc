@@ -1,13 +1,17 @@
 #include "host/source/utf8.h"
 
-#include <cstring>
-
 #include "host/source/byte_search.h"
 
 namespace px {
 namespace {
 
 constexpr char32_t kReplacement = 0xFFFD;
+
+// NUL counts as none.
+ByteVector isNoAscii(ByteVector b) {
+  using Signed = int8_t __attribute__((vector_size(16)));
+  return ByteVector(Signed(b) <= 0);
+}
 
 }  // namespace
 
@@ -25,19 +29,12 @@ bool canBeSecondUtf8(uint8_t first, uint8_t byte) {
   return low <= byte && byte <= high;
 }
 
-size_t validUtf8Length(std::string_view bytes, bool *cut) {
+inline size_t validLength(std::string_view bytes, bool *cut) {
   size_t at = 0;
   *cut = false;
-  while (at < bytes.size()) {
-    // Eight bytes of ASCII at a step; a NUL among them is found by the slow way.
-    while (at + 8 <= bytes.size()) {
-      uint64_t word;
-      std::memcpy(&word, bytes.data() + at, 8);
-      constexpr uint64_t tops = 0x8080808080808080;
-      if (((word | (word - 0x0101010101010101)) & tops) != 0) break;
-      at += 8;
-    }
-    if (at == bytes.size()) break;
+  for (;;) {
+    at += lengthBefore(bytes.substr(at), isNoAscii);
+    if (at == bytes.size()) return at;
     const auto first = static_cast<uint8_t>(bytes[at]);
     const size_t length = first == 0 ? 0 : utf8Length(first);
     if (length == 0) return at;
@@ -51,7 +48,13 @@ size_t validUtf8Length(std::string_view bytes, bool *cut) {
     }
     at += length;
   }
-  return at;
+}
+
+size_t validUtf8Length(std::string_view bytes, bool *cut) { return validLength(bytes, cut); }
+
+bool isValidUtf8(std::string_view bytes) {
+  bool cut;
+  return validLength(bytes, &cut) == bytes.size();
 }
 
 size_t printableAsciiLength(std::string_view text) {

@@ -21,6 +21,9 @@ bool canBeSecondUtf8(uint8_t first, uint8_t byte);
 // follows them reaches the end of `bytes` and may be the beginning of one more.
 size_t validUtf8Length(std::string_view bytes, bool *cut);
 
+// Whether all of `bytes` are that.
+bool isValidUtf8(std::string_view bytes);
+
 inline bool isPrintableAscii(char byte) { return ' ' <= byte && byte <= '~'; }
 
 // How many bytes at the head of `text` are that.

@@ -47,7 +47,14 @@ bool ValueBytes::endLine() {
 std::string_view ValueBytes::nextPlain() {
   for (;;) {
     if (!atLineEnd_) {
-      const std::string_view bytes = source_->readyInLine(&atLineEnd_);
+      const Place start = source_->place();
+      std::string_view bytes;
+      if (source_->takeRestOfLine(&bytes)) {
+        end_ = {start.position + bytes.size(), start.line};
+        ended_ = true;
+        return bytes;
+      }
+      bytes = source_->readyInLine(&atLineEnd_);
       source_->skip(bytes.size());
       if (!bytes.empty()) return bytes;
     }

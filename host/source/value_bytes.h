@@ -28,6 +28,9 @@ class ValueBytes {
   // stands on the next line.
   std::string_view next();
 
+  // Whether there is no further piece; told at the latest by an empty one.
+  bool ended() const { return ended_; }
+
   // Goes to the end of the value.
   void skip() {
     while (!next().empty()) {

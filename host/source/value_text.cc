@@ -4,14 +4,23 @@
 
 namespace px {
 
+namespace {
+
+ByteVector hasMeaning(ByteVector b) {
+  return isByte(b, '\\') | isByte(b, '\r') | isByte(b, FieldDivider);
+}
+
+}  // namespace
+
+size_t plainLength(std::string_view utf8) { return lengthBefore(utf8, hasMeaning); }
+
 void ValueText::put(std::string_view utf8, std::string *text) {
   while (!utf8.empty()) {
     size_t plain = 0;
     if (!backslash_ && !carriageReturn_) {
       const char separator = separator_ != 0 ? separator_ : '\r';
-      plain = lengthBefore(utf8, [separator](ByteVector b) {
-        return isByte(b, '\\') | isByte(b, '\r') | isByte(b, separator) | isByte(b, FieldDivider);
-      });
+      plain = lengthBefore(
+          utf8, [separator](ByteVector b) { return hasMeaning(b) | isByte(b, separator); });
       text->append(utf8, 0, plain);
       if (plain == utf8.size()) return;
     }

@@ -12,6 +12,9 @@ namespace px {
 // A control character that stands between fields; where the text itself has one, it goes.
 constexpr char FieldDivider = '\x1F';
 
+// How many bytes at the head of a text mean what they are, or divide fields.
+size_t plainLength(std::string_view utf8);
+
 class ValueText {
  public:
   // `escapes`: \n \, \; and \\ are escapes; without them \; alone is one, in a structured value.

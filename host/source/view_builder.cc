@@ -43,8 +43,7 @@ ViewBuilder::ViewBuilder(UnicodeInput *input, SpoolFile *text, LineNotes *notes,
       file_(input->io(), true, &view_, notes, faults),
       agentsInput_(&agentsIo_, false, &view_, notes, faults) {
   const auto guess = [this]() -> const std::string & { return guessedCharset(); };
-  file_.file = {unicode_.marked(), [this](uint64_t at) { return unicode_.filePosition(at); },
-                guess};
+  file_.file = {unicode_.marked(), &unicode_, guess};
   agentsInput_.file = {unicode_.marked(), nullptr, guess};
 }
 

@@ -7,13 +7,16 @@
 namespace px {
 namespace {
 
+constexpr size_t kLongestEncoded = 3;  // bytes that stand for one
 constexpr char kDigits[] = "0123456789ABCDEF";
 
-void appendEncoded(char byte, std::string *to) {
+// Writes one byte at `to`; answers where it ends.
+char *encode(char byte, char *to) {
   const auto value = static_cast<unsigned char>(byte);
-  *to += '=';
-  *to += kDigits[value >> 4];
-  *to += kDigits[value & 15];
+  *to++ = '=';
+  *to++ = kDigits[value >> 4];
+  *to++ = kDigits[value & 15];
+  return to;
 }
 
 int valueOfDigit(char digit) { return digit <= '9' ? digit - '0' : digit - 'A' + 10; }
@@ -25,21 +28,20 @@ ByteVector isEncoded(ByteVector b) {
 }  // namespace
 
 void ViewText::putQuoted(std::string_view text) {
+  char *to = spool_.room(kLongestEncoded * text.size());
   for (;;) {
     const size_t plain = lengthBefore(text, isEncoded);
-    if (plain == text.size()) return put(text);
-    encoded_.assign(text, 0, plain);
-    appendEncoded(text[plain], &encoded_);
-    put(encoded_);
+    to = std::copy_n(text.data(), plain, to);
+    if (plain == text.size()) break;
+    to = encode(text[plain], to);
     text.remove_prefix(plain + 1);
   }
+  spool_.commit(to);
 }
 
 void ViewText::putField(std::string_view field, bool first) {
   if (first && !field.empty()) {
-    encoded_.clear();
-    appendEncoded(field.front(), &encoded_);
-    put(encoded_);
+    spool_.commit(encode(field.front(), spool_.room(kLongestEncoded)));
     field.remove_prefix(1);
   }
   putQuoted(field);

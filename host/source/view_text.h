@@ -45,7 +45,6 @@ class ViewText {
 
  private:
   SpoolFile &spool_;
-  std::string encoded_;
 };
 
 // Undoes putQuoted and putField: appends the text of a whole value to `text`.
