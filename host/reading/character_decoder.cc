@@ -86,6 +86,20 @@ char *storeAscii(std::span<const uint16_t> *codes, char *to) {
   return to + count;
 }
 
+// Stores the UTF-8 sequence of several bytes that stands whole at the head of the codes. Answers its
+// length, or 0 where there is none: those are for putDefault.
+size_t storeSequence(std::span<const uint16_t> codes, char *to) {
+  const uint16_t first = codes[0];
+  const size_t length = first > 0xFF ? 0 : utf8Length(static_cast<uint8_t>(first));
+  if (length < 2 || length > codes.size() || codes[1] > 0xFF) return 0;
+  bool fits = canBeSecondUtf8(static_cast<uint8_t>(first), static_cast<uint8_t>(codes[1]));
+  for (size_t i = 0; i < length; ++i) {
+    fits = fits && (i < 2 || (codes[i] & 0xFFC0) == 0x80);
+    to[i] = static_cast<char>(codes[i]);
+  }
+  return fits ? length : 0;
+}
+
 }  // namespace
 
 std::string_view CharacterDecoder::decode(std::span<const uint16_t> codes, bool more) {
@@ -93,12 +107,15 @@ std::string_view CharacterDecoder::decode(std::span<const uint16_t> codes, bool 
   const size_t room = (codes.size() + std::size(held_)) * longest + kStep;
   if (utf8_.size() < room) utf8_.resize(room);
   char *to = utf8_.data();
+  const bool isDefault = set_ != SoCharsetUtf8 && set_ != SoCharsetWindows1251;
   while (!codes.empty()) {
     if (heldCount_ == 0) to = storeAscii(&codes, to);
     // What follows is mostly the characters of one word.
     while (!codes.empty() && (heldCount_ > 0 || codes.front() >= 0x80)) {
-      to = put(codes.front(), to);
-      codes = codes.subspan(1);
+      const bool canBeSequence = heldCount_ == 0 && isDefault;
+      const size_t length = canBeSequence ? storeSequence(codes, to) : 0;
+      to = length > 0 ? to + length : put(codes.front(), to);
+      codes = codes.subspan(std::max<size_t>(length, 1));
     }
   }
   if (!more && heldCount_ > 0) to = giveUpHeld(to);

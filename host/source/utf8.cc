@@ -15,20 +15,6 @@ ByteVector isNoAscii(ByteVector b) {
 
 }  // namespace
 
-size_t utf8Length(uint8_t byte) {
-  if (byte < 0x80) return 1;
-  if (byte < 0xC2) return 0;
-  if (byte < 0xE0) return 2;
-  if (byte < 0xF0) return 3;
-  return byte < 0xF5 ? 4 : 0;
-}
-
-bool canBeSecondUtf8(uint8_t first, uint8_t byte) {
-  const uint8_t low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
-  const uint8_t high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
-  return low <= byte && byte <= high;
-}
-
 inline size_t validLength(std::string_view bytes, bool *cut) {
   size_t at = 0;
   *cut = false;

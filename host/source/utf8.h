@@ -11,11 +11,21 @@
 namespace px {
 
 // How many bytes the character has that begins with `byte`; 0 when none does.
-size_t utf8Length(uint8_t byte);
+inline size_t utf8Length(uint8_t byte) {
+  if (byte < 0x80) return 1;
+  if (byte < 0xC2) return 0;
+  if (byte < 0xE0) return 2;
+  if (byte < 0xF0) return 3;
+  return byte < 0xF5 ? 4 : 0;
+}
 
 // Whether `byte` can follow `first` as the second byte of a character: this keeps out overlong
 // forms, surrogates and numbers above U+10FFFF.
-bool canBeSecondUtf8(uint8_t first, uint8_t byte);
+inline bool canBeSecondUtf8(uint8_t first, uint8_t byte) {
+  const uint8_t low = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+  const uint8_t high = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+  return low <= byte && byte <= high;
+}
 
 // The length of the valid characters other than NUL at the head of `bytes`. `*cut` tells that what
 // follows them reaches the end of `bytes` and may be the beginning of one more.
