@@ -58,8 +58,7 @@ bool ComponentLines::beginsBeside(std::string_view begun, std::string_view open,
 
 // A nested card can begin on the AGENT line itself. One that is folded into the line as escaped
 // text goes on behind the word, and is a value.
-bool ComponentLines::isAgentsCard(const ContentLine &line) {
-  if (!equalsNoCase(line.name, "AGENT")) return false;
+bool ComponentLines::agentsCardBegins() {
   const std::string_view value = source_->lookAhead(kAgentsCard.size() + 1);
   return equalsNoCase(value.substr(0, kAgentsCard.size()), kAgentsCard) &&
          (value.size() == kAgentsCard.size() || value.back() == '\r' || value.back() == '\n');
@@ -99,13 +98,14 @@ ComponentLines::Item ComponentLines::next(ContentLine *line) {
       end_ = source_->place().position;
       return Item::End;
     }
-    if (isAgentsCard(*line)) {
+    const bool isAgent = equalsNoCase(line->name, "AGENT");
+    if (isAgent && agentsCardBegins()) {
       nested_ = {"VCARD", line->value, 0};
       takeComponentName(source_);
       passOver("VCARD");
       return Item::Nested;
     }
-    behindAgent_ = equalsNoCase(line->name, "AGENT");
+    behindAgent_ = isAgent;
     return Item::Line;
   }
 }
@@ -127,7 +127,8 @@ void ComponentLines::passOver(std::string name) {
     if (!lines_->next(&line)) return;
     if (!line.colon) continue;
     const bool begins = equalsNoCase(line.name, "BEGIN");
-    const bool agentsCard = !begins && isAgentsCard(line);
+    const bool isAgent = equalsNoCase(line.name, "AGENT");
+    const bool agentsCard = isAgent && agentsCardBegins();
     if (begins || agentsCard) {
       const std::string begun = takeComponentName(source_);
       if (begun.empty()) continue;
@@ -156,7 +157,7 @@ void ComponentLines::passOver(std::string name) {
     } else {
       skipValue(source_, line);
     }
-    behindAgent = equalsNoCase(line.name, "AGENT");
+    behindAgent = isAgent;
   }
   nested_.end = source_->place().position;
 }

@@ -58,7 +58,7 @@ class ComponentLines {
   bool beginsBeside(std::string_view begun, std::string_view open, bool behindAgent) const;
   void passOver(std::string name);
   void fault(uint64_t line, const std::string &text) const;
-  bool isAgentsCard(const ContentLine &line);
+  bool agentsCardBegins();
 
   ByteSource *source_;
   ContentLines *lines_;

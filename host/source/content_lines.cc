@@ -147,14 +147,18 @@ bool ContentLines::gather(ContentLine *line, Quotes quotes) {
 // Divides head_, whose first byte that ends a plain name stands at `end`, or behind it all.
 void ContentLines::split(size_t end, ContentLine *line) {
   const std::string_view head = head_;
-  line->head = head;
   const bool plain = end == head.size() || head[end] == ';';
   if (!plain) end = std::min(head.find(';'), head.size());
-  line->parameters = head.substr(std::min(end + 1, head.size()));
-  std::string_view name = head.substr(0, end);
+  line->head = head;
   line->group = {};
-  line->name = name;
-  if (plain) return;
+  line->name = head.substr(0, end);
+  line->parameters = head.substr(std::min(end + 1, head.size()));
+  if (!plain) takeGroup(line);
+}
+
+// Takes the blanks out of the name of `line`, and the group in front of it.
+void ContentLines::takeGroup(ContentLine *line) {
+  std::string_view name = line->name;
   if (std::any_of(name.begin(), name.end(), isBlank)) {
     name_ = name;
     std::erase_if(name_, isBlank);

@@ -68,6 +68,7 @@ class ContentLines {
   bool nextInBuffer(ContentLine *line);
   bool gather(ContentLine *line, Quotes quotes);
   void split(size_t end, ContentLine *line);
+  void takeGroup(ContentLine *line);
 
   ByteSource *source_;
   FoldRule rule_ = FoldRule::DropsBlank;

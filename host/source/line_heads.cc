@@ -42,13 +42,19 @@ std::vector<std::string> typesOf(const std::vector<Parameter> &parameters) {
   return names;
 }
 
-const LineHead *LineHeads::find(std::string_view text, uint32_t rules) const {
+const LineHead *LineHeads::find(std::string_view text, uint32_t rules) {
   if (text.empty()) return nullptr;
-  const size_t first = pairOf(text);
-  for (const Slot *slot : {slots_[first].get(), slots_[first + 1].get()}) {
-    if (slot && slot->text == text && slot->rules == rules) return &slot->head;
+  const auto holds = [&](size_t number) {
+    return slots_[number] && slots_[number]->text == text && slots_[number]->rules == rules;
+  };
+  size_t number = followers_[last_];
+  if (!holds(number)) {
+    number = pairOf(text);
+    if (!holds(number) && !holds(++number)) return nullptr;
+    followers_[last_] = static_cast<uint8_t>(number);
   }
-  return nullptr;
+  last_ = number;
+  return &slots_[number]->head;
 }
 
 LineHead *LineHeads::put(std::string_view text, uint32_t rules) {

@@ -50,7 +50,7 @@ class LineHeads {
 
   // The head that was kept under `text`, as it is read by `rules`; null when there is none. It
   // stays until the next put().
-  const LineHead *find(std::string_view text, uint32_t rules) const;
+  const LineHead *find(std::string_view text, uint32_t rules);
 
   // Empties a slot for another head. One with an empty text, or a long one, won't be found again.
   LineHead *put(std::string_view text, uint32_t rules);
@@ -68,6 +68,10 @@ class LineHeads {
     LineHead head;
   };
   std::array<std::unique_ptr<Slot>, Slots> slots_;  // most files need few
+  // Cards of one writer have their lines in one order, so the head that followed another one in the
+  // last card is tried first.
+  std::array<uint8_t, Slots> followers_{};
+  size_t last_ = 0;  // the slot that was found last
 };
 
 }  // namespace px

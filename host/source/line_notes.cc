@@ -88,13 +88,13 @@ class RecordWriter {
     for (const T &item : list) put(item);
   }
 
-  FieldBits bits() const { return bits_; }
+  FieldBits bits() const { return static_cast<FieldBits>(bits_); }
   const Target &target() const { return to_; }
 
  private:
   Target to_;
-  FieldBits bits_ = 0;
-  FieldBits bit_ = 1;  // of the next field
+  uint32_t bits_ = 0;
+  uint32_t bit_ = 1;  // of the next field
 };
 
 // Appends the record that `write` gives to any RecordWriter.
@@ -117,8 +117,10 @@ void append(Write write, SpoolFile *spool) {
 class RecordReader {
  public:
   // Of a whole record, behind its length.
-  explicit RecordReader(std::string_view bytes) : next_(bytes.data() + sizeof bits_) {
-    std::memcpy(&bits_, bytes.data(), sizeof bits_);
+  explicit RecordReader(std::string_view bytes) : next_(bytes.data() + sizeof(FieldBits)) {
+    FieldBits bits;
+    std::memcpy(&bits, bytes.data(), sizeof bits);
+    bits_ = bits;
   }
 
   template <class Field>
@@ -179,7 +181,7 @@ class RecordReader {
 
  private:
   const char *next_;
-  FieldBits bits_;  // of the next field, and of those behind it
+  uint32_t bits_;  // of the next field, and of those behind it
 };
 
 // Each record names its fields once, for both ways.

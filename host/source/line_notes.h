@@ -29,6 +29,8 @@ struct Extent {
 
 // A line of the view that has output in the listing.
 struct LineNote {
+  LineNote() {}  // no aggregate, which would be filled with zeros first
+
   bool dropped = false;  // it is there for the summary only: its output is passed over
 
   // What the calls say first: a label's string id, or, when that is 0, a name.

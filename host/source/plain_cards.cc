@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/source/ascii_case.h"
+#include "host/source/byte_search.h"
 #include "host/source/byte_source.h"
 #include "host/source/content_lines.h"
 #include "host/source/line_parameters.h"
@@ -37,9 +38,9 @@ bool isHexDigit(char c) { return ('0' <= c && c <= '9') || ('A' <= c && c <= 'F'
 
 // Text without control characters, whose first character is no blank.
 bool isPlainText(std::string_view text) {
-  if (!isValidUtf8(text) || text.starts_with(' ')) return false;
-  return std::none_of(text.begin(), text.end(),
-                      [](char c) { return static_cast<unsigned char>(c) < 0x20; });
+  const auto isControl = [](ByteVector b) { return ByteVector(b < 0x20); };
+  return !text.starts_with(' ') && lengthBefore(text, isControl) == text.size() &&
+         isValidUtf8(text);
 }
 
 // Quoted-printable in one line, which says plain text or line ends.
@@ -76,20 +77,21 @@ bool isParameterWord(std::string_view word) {
 // characters that mean something there it finds nothing.
 bool isPlainIndexed(std::string_view value, SummaryRole role) {
   if (value.empty() || value.find('=') != value.npos) return false;
-  if (role == SummaryRole::Url) {
-    const size_t first = value.find_first_of(".:;");
-    const std::string_view scheme = value.substr(0, first);
-    const bool isWeb = scheme == "http" || scheme == "https";
-    return first == value.npos || value[first] == '.' ? value.find_first_of(":;") == value.npos
-                                                      : value[first] == ':' && isWeb;
-  }
-  return value.find_first_of(":;") == value.npos;
+  const size_t divider =
+      lengthBefore(value, [](ByteVector b) { return isByte(b, ':') | isByte(b, ';'); });
+  if (divider == value.size()) return true;
+  const std::string_view scheme = value.substr(0, divider);
+  const bool isWeb = scheme == "http" || scheme == "https";
+  return role == SummaryRole::Url && value[divider] == ':' && isWeb;
 }
 
 // Fields as a value of this form has them, none of which means something as a parameter, nor the
 // last one nothing: the line end behind it would be passed over.
 bool arePlainFields(std::string_view value, const KnownProperty &known) {
-  if (value.find_first_of(":=\\") != value.npos || value.empty()) return false;
+  const auto hasMeaning = [](ByteVector b) {
+    return isByte(b, ':') | isByte(b, '=') | isByte(b, '\\');
+  };
+  if (value.empty() || lengthBefore(value, hasMeaning) < value.size()) return false;
   const bool rows = known.form == PropertyForm::Rows;
   const size_t most = rows ? known.fields.size() : 7;
   size_t count = 0;
@@ -181,22 +183,22 @@ class PlainReader {
     const uint64_t start = source_.place().position;
     const size_t colon = text->find(':');
     if (colon == text->npos) return false;
-    note_ = LineNote();
-    note_.head = headOf(text->substr(0, colon));
-    if (!note_.head) return false;
-    known_ = note_.head->known;
-    if (note_.head->label == kVersionLabel && !equalsNoCase(*text, kVersion)) return false;
-    note_.callLabel = note_.head->label;
-    if (!known_) note_.callName = note_.head->name;
-    const Transfer transfer = note_.head->transfer;
+    note_.emplace();
+    note_->head = headOf(text->substr(0, colon));
+    if (!note_->head) return false;
+    known_ = note_->head->known;
+    if (note_->head->label == kVersionLabel && !equalsNoCase(*text, kVersion)) return false;
+    note_->callLabel = note_->head->label;
+    if (!known_) note_->callName = note_->head->name;
+    const Transfer transfer = note_->head->transfer;
     if (transfer == Transfer::Base64) return readObject(start, *text, colon + 1);
 
     const std::string_view value = text->substr(colon + 1);
     if (!isPlainValue(value, transfer)) return false;
-    note_.extent = Extent{start, text->size()};
+    note_->extent = Extent{start, text->size()};
     take(*text);
     if (source_.peek() == ' ' || source_.peek() == '\t') return false;
-    notes_.add(note_);
+    notes_.add(*note_);
     return countRole();
   }
 
@@ -291,7 +293,7 @@ class PlainReader {
         while (source_.takeLineEnd()) {
         }
         if (source_.peek() == ' ' || source_.peek() == '\t') return false;
-        note_.extent = Extent{start, end - start};
+        note_->extent = Extent{start, end - start};
         break;
       }
       if (padded) return false;
@@ -299,9 +301,9 @@ class PlainReader {
       if (!more) return false;
       bytes = *more;
     }
-    note_.data = Extent{first, last - first};
-    note_.dataSize = digits * 3 / 4;
-    notes_.add(note_);
+    note_->data = Extent{first, last - first};
+    note_->dataSize = digits * 3 / 4;
+    notes_.add(*note_);
     return true;
   }
 
@@ -309,7 +311,7 @@ class PlainReader {
   bool countRole() {
     if (!known_ || known_->role == SummaryRole::None) return true;
     section_.summaryRoles |= 1u << static_cast<int>(known_->role);
-    notes_.addSummary(known_->role, note_.head->types, {}, false);
+    notes_.addSummary(known_->role, note_->head->types, {}, false);
     return ++roles_[static_cast<size_t>(known_->role)] <= kSummarySlots;
   }
 
@@ -320,7 +322,7 @@ class PlainReader {
 
   // Of the current line.
   const KnownProperty *known_ = nullptr;
-  LineNote note_;
+  std::optional<LineNote> note_;
 };
 
 }  // namespace

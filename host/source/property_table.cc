@@ -1,6 +1,7 @@
 #include "host/source/property_table.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "host/source/ascii_case.h"
@@ -88,6 +89,15 @@ constexpr std::string_view kUnwritten[] = {"gif",   "cgm",  "wmf",  "bmp",  "met
                                            "pict",  "tiff", "pdf",  "ps",   "jpeg", "qtime", "mpeg",
                                            "mpeg2", "avi",  "wave", "aiff", "pcm"};
 
+// The lengths of the types by their first letters, bit by bit. Most words are seen here to be none.
+constexpr auto kTypeLengths = [] {
+  std::array<uint32_t, 32> lengths = {};
+  const auto add = [&](std::string_view type) { lengths[type[0] & 31] |= 1U << type.size(); };
+  for (const std::string_view type : kWritten) add(type);
+  for (const std::string_view type : kUnwritten) add(type);
+  return lengths;
+}();
+
 template <class Test>
 const KnownProperty *find(int16_t format, Test test) {
   if (format == VcardFormatVcalendar) {
@@ -109,6 +119,9 @@ const KnownProperty *propertyOfLabel(uint32_t label, int16_t format) {
 }
 
 int knownType(std::string_view name) {
+  const bool canBe =
+      !name.empty() && name.size() < 32 && (kTypeLengths[name[0] & 31] >> name.size() & 1) != 0;
+  if (!canBe) return -1;
   const auto same = [&](std::string_view type) { return equalsNoCase(name, type); };
   const auto *written = std::find_if(std::begin(kWritten), std::end(kWritten), same);
   if (written != std::end(kWritten)) return static_cast<int>(written - kWritten);

@@ -68,10 +68,19 @@ std::string_view ValueBytes::nextQuotedPrintable() {
   decoded_.clear();
   while (decoded_.size() < kPiece) {
     bool ended;
-    std::string_view bytes = source_->readyInLine(&ended);
-    bytes = bytes.substr(0, std::min(bytes.find('='), kPiece));
-    decoded_ += bytes;
-    source_->skip(bytes.size());
+    const std::string_view bytes = source_->readyInLine(&ended);
+    const size_t plain = std::min({bytes.find('='), bytes.size(), kPiece});
+    decoded_.append(bytes, 0, plain);
+    source_->skip(plain);
+    if (plain + 2 < bytes.size() && bytes[plain] == '=') {
+      const int high = hexDigit(bytes[plain + 1]);
+      const int low = hexDigit(bytes[plain + 2]);
+      if (high >= 0 && low >= 0) {
+        source_->skip(3);
+        putByte(high, low);
+        continue;
+      }
+    }
     const int c = source_->peek();
     if (c == '=') {
       source_->skip(1);
@@ -110,6 +119,10 @@ void ValueBytes::takeEscape() {
     return;
   }
   source_->skip(1);
+  putByte(high, low);
+}
+
+void ValueBytes::putByte(int high, int low) {
   const char byte = static_cast<char>(high << 4 | low);
   if (protect_ && byte == ';') decoded_ += '\\';
   decoded_ += byte;

@@ -45,6 +45,7 @@ class ValueBytes {
   std::string_view nextQuotedPrintable();
   std::string_view nextBase64();
   void takeEscape();
+  void putByte(int high, int low);
   bool endLine();
   bool goesOnInBase64();
 

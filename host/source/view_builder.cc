@@ -7,6 +7,7 @@
 #include "host/source/line_parameters.h"
 #include "host/source/source_view.h"
 #include "host/source/text_decoder.h"
+#include "host/source/utf8.h"
 #include "host/source/value_bytes.h"
 #include "host/source/value_text.h"
 #include "px/vcrd.h"
@@ -227,7 +228,7 @@ std::string ViewBuilder::versionOf(Input *input, const std::string &name) {
   input->source.moveTo(here);
   version.erase(0, std::min(version.find_first_not_of(" \t"), version.size()));
   version.erase(version.find_last_not_of(" \t") + 1);
-  return asUtf8(version);
+  return isValidUtf8(version) ? version : asUtf8(version);
 }
 
 void ViewBuilder::openSection(int16_t format) {
