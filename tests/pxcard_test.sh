@@ -163,7 +163,7 @@ same 'output file' "$(<kept)$(stat -c %a kept)$(find . -name '.px*' -o -type l -
   "== $agent ==
 
 ${shown}640./link"
-(ulimit -f 0; "$pxcard" -o kept --format trace "${many[@]}" 2>&1) >/dev/null
+(ulimit -f 128; "$pxcard" -o kept --format trace "${many[@]}" 2>&1) >/dev/null
 same 'full disk, output file' "$? $(stat -c %a kept) $(find . -name '.px*')" '1 640 '
 grep -q '^== ' kept || same 'the old file' gone there
 mkfifo waiting
@@ -298,8 +298,9 @@ same 'nothing to save' "$(find . -name none)" ''
 picture=$samples/picture.vcf
 expect 1 "pxcard: $picture: no/there: No such file or directory" --extract no/there "$picture"
 expect 1 "pxcard: $picture: wrong.txt: Not a directory" --extract wrong.txt "$picture"
-limited=$(ulimit -f 0; "$pxcard" --extract limited "$picture" 2>&1)
-same 'no room' "$limited$(ls -A limited)" "pxcard: $picture: limited: File too large"
+printf 'BEGIN:VCARD\nPHOTO;BASE64:%s\nEND:VCARD\n' "$(head -c 200000 /dev/zero | base64 -w 0)" >large.vcf
+limited=$(ulimit -f 128; "$pxcard" --raw --extract limited large.vcf 2>&1)
+same 'no room' "$limited$(ls -A limited)" "pxcard: large.vcf: limited: File too large"
 
 # Equal content is saved once; names by a pattern.
 picture_line="image/jpeg	534	$picture	1"
