@@ -205,11 +205,7 @@ void JsonWriter::beginProperty(const Property &property) {
   if (!label.empty()) member("label", label);
   late_.clear();
   takesLate_ = property.parameters.empty();
-  if (!takesLate_) {
-    parameters(property.parameters);
-  } else if (!property.types.empty()) {
-    late_.push_back({"TYPE", property.types});
-  }
+  if (!takesLate_) parameters(property.parameters);
 }
 
 void JsonWriter::beginField(uint32_t) {
