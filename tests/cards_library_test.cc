@@ -443,6 +443,20 @@ TEST(CardsLibrary, ErrorsStay) {
               "\nBEGIN:VCARD\nFN;ENCODING=8BIT:" + std::string(1 << 20, 'a') + "\nEND:VCARD\n");
   EXPECT_EQ((reader.json(&last), last), PxErrorTemporary) << reader.error();
   ::unsetenv("TMPDIR");
+
+  // Also when the text of a calendar, which waits for its overview, can't be read back at its end.
+  const auto lose = [](void *, const char *, uint64_t) {
+    for (const auto &open : std::filesystem::directory_iterator("/proc/self/fd")) {
+      std::error_code none;
+      if (read_symlink(open.path(), none).string().ends_with("(deleted)"))
+        std::filesystem::resize_file(open.path(), 0, none);
+    }
+    return 0;
+  };
+  reader.open("BEGIN:VCALENDAR\nBEGIN:VEVENT\nSUMMARY:a\nDESCRIPTION:" + std::string(1 << 20, 'a') +
+              "\nEND:VEVENT\nEND:VCALENDAR\n");
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(PxWriteText(reader.p, nullptr, lose, nullptr), PxErrorTemporary) << reader.error();
 }
 
 // What is small and costs much ends, behind whole sections, and only where that isn't allowed.
