@@ -179,7 +179,7 @@ TEST(CardText, Properties) {
       {"79391 : --03", "Birthday", "March"},
       {"79391 BDAY: about 1960, in spring", "Birthday", "about 1960, in spring"},
       {"79391 BDAY: " + std::string(45, 'x') + " and so on, in May / June", "Birthday",
-       std::string(45, 'x') + "\n                          and so on, in May / June"},
+       std::string(45, 'x') + " and so\n                          on, in May / June"},
       {"79411 VERSION: 3.0\\n4.0", "Version", "3.0\n                          4.0"},
       {"79370 EXDATE;TZID=Oslo: 20240418T1900,20240419", "Exception dates",
        "2024-04-18 19:00, 2024-04-19 Oslo"},
