@@ -109,7 +109,15 @@ TEST(FileReading, APlainCardIsItsOwnView) {
       {"REV:2", "REV:;"},
       {"Boss", "Bo\tss"},
       {"N:Example", "X.N:Example"},
-      {"TEL;WORK", "URL:a\r\nTEL;WORK"}};
+      {"TEL;WORK", "URL:a\r\nTEL;WORK"},
+      {"TEL;WORK", "ADR:;;a\r\nTEL;WORK"},
+      {"Example;Ann", "Tel;Ann"},
+      {"Example;Ann", "End;Ann"},
+      {"=0D=0A", "=0D"},
+      {"X-FOO;HOME:bar; baz", "X-FOO;BASE64:QUI="},
+      {"RnJ=", "RnJ=\r\n QUJD"},
+      {"X-FOO", ""},
+      {"REV:", "END:"}};
   for (const auto &[from, to] : changes) {
     std::string card(PlainCard);
     card.replace(card.find(from), from.size(), to);
@@ -297,6 +305,7 @@ TEST(FileReading, OddFiles) {
       {begin + "NOTE;BASE64:SGFsbG8=\n" + end, "\"Hallo\""},
       {begin + "NOTE;BASE64:" + std::string(400'000, 'A') + "\n" + end, "\"size\":300000"},
       {begin + "X:data:image/png;base64,QUJDRA%3D%3d\n" + end, "\"type\":\"image/png\",\"size\":4"},
+      {begin + "PHOTO;BASE64:=\n" + end, "\"value\":\"\""},
       {begin + "BEGIN:\nFN:a\n" + end, "3: BEGIN of nothing"},
       {begin + "AGENT:BEGIN:VCARD\nFN:Tom\nEND:VCARD\nFN:Ann\n" + end,
        "\"agentOf\":1,\"summary\":{\"name\":\"Tom\"}"},
