@@ -199,7 +199,7 @@ at_terminal() { script -qec "$1" /dev/null </dev/null | tr '\r' '\n' | tr -d '\n
 same 'terminal' "$(at_terminal "$pxcard </dev/tty")" 'pxcard: no file is given''See pxcard --help.'
 same 'progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -o progress - '$agent'" |
   sed -E 's|([0-9.]+ k?B, [0-9] files, [0-9.]+ k?B/s[[]K)+|LINE|')" '[KLINE'
-same 'measured progress' "$(at_terminal "'$pxcard' --format trace long.vcf | (sleep 1.5; cat) >out" |
+same 'measured progress' "$(at_terminal "'$pxcard' --format trace long.vcf | (sleep 2; cat) >out" |
   grep -cE '[0-9] k?B of 220 kB, 0 of 1 files, [0-9.]+ k?B/s, 0:[0-9][0-9] left.K')" 1
 same 'width' "$(at_terminal "stty cols 40; '$pxcard' '$agent'" | grep -oE -- '-{20,}' | head -n 1 | wc -c)" 41
 same 'no progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -q -o progress -")" ''
