@@ -1,6 +1,7 @@
 #!/bin/bash
 # bare_root_test.sh PACKAGES ROOT: the Debian packages install in a bare Debian 12 root, the command
 # shows a card there, Python reads it, the examples build, and nothing stays when they are removed.
+# Nothing in them has a run path.
 # Needs root, debootstrap and the network, and some minutes, so it is no part of the ordinary tests:
 # scripts/package --try runs it.
 set -euo pipefail
@@ -33,6 +34,7 @@ chroot "$bare" sh -eu -c '
   cmp photo-1-0 objects/1-photo-1.jpg
 
   $install gcc libc6-dev make cmake pkg-config ./libpx-dev_*.deb >/dev/null 2>&1
+  if readelf -d /usr/bin/pxcard /usr/lib/*/libpx_*.so | grep -E "R(UN)?PATH"; then exit 1; fi
   cc -std=c99 -o host examples/filter_host.c $(pkg-config --cflags --libs px-vcrd)
   cc -std=c99 -o cards examples/cards_json.c $(pkg-config --cflags --libs px-cards)
   cmake -S examples -B build >/dev/null

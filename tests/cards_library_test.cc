@@ -12,6 +12,7 @@
 #include <functional>
 #include <iterator>
 #include <new>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -176,6 +177,9 @@ struct Events : PxEvents {
                           std::to_string(info->size) + " at " +
                           std::to_string(info->extent.offset));
     };
+    lateParameter = [](void *user, const PxParameter *late) {
+      return of(user).add("late " + str(late->name) + "=" + str(late->values[0]));
+    };
     endProperty = [](void *user) { return of(user).add("end property"); };
     endSection = [](void *user) { return of(user).add("end section"); };
   }
@@ -223,6 +227,16 @@ TEST(CardsLibrary, TellsEvents) {
       "field 79416|end property|"
       "property 79406 TEL;TYPE=work,x|text 1|break|text 2|end property|end section|");
   EXPECT_EQ(PxReadEvents(reader.p, &events, &events), PxEnd);
+
+  // The calls alone tell an attendee's parameters behind the value.
+  Events raw;
+  PxSetRaw(reader.p, 1);
+  reader.open("BEGIN:VCALENDAR\nATTENDEE;ROLE=OWNER;STATUS=SENT:Ann\nEND:VCALENDAR\n");
+  PxSetRaw(reader.p, 0);
+  ASSERT_EQ(PxReadEvents(reader.p, &raw, &raw), PxGood);
+  EXPECT_NE(raw.all().find("|text Ann|late ROLE=OWNER|late STATUS=SENT|end property|"),
+            std::string::npos)
+      << raw.all();
 
   // Stopped at any event, it tells no other, and the next section is whole.
   std::vector<std::string> second;
@@ -429,6 +443,20 @@ TEST(CardsLibrary, ErrorsStay) {
               "\nBEGIN:VCARD\nFN;ENCODING=8BIT:" + std::string(1 << 20, 'a') + "\nEND:VCARD\n");
   EXPECT_EQ((reader.json(&last), last), PxErrorTemporary) << reader.error();
   ::unsetenv("TMPDIR");
+
+  // Also when the text of a calendar, which waits for its overview, can't be read back at its end.
+  const auto lose = [](void *, const char *, uint64_t) {
+    for (const auto &open : std::filesystem::directory_iterator("/proc/self/fd")) {
+      std::error_code none;
+      if (read_symlink(open.path(), none).string().ends_with("(deleted)"))
+        std::filesystem::resize_file(open.path(), 0, none);
+    }
+    return 0;
+  };
+  reader.open("BEGIN:VCALENDAR\nBEGIN:VEVENT\nSUMMARY:a\nDESCRIPTION:" + std::string(1 << 20, 'a') +
+              "\nEND:VEVENT\nEND:VCALENDAR\n");
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(PxWriteText(reader.p, nullptr, lose, nullptr), PxErrorTemporary) << reader.error();
 }
 
 // What is small and costs much ends, behind whole sections, and only where that isn't allowed.
@@ -712,6 +740,15 @@ TEST(CardsLibrary, TellsFaultsAndLabels) {
   EXPECT_STREQ(PxTypeLabel("voice", "de"), "Sprache");
   EXPECT_STREQ(PxTypeLabel("calendar", "de"), "calendar") << "another text of ours is none";
   EXPECT_STREQ(PxTypeLabel(nullptr, nullptr), "");
+  EXPECT_STREQ(PxParameterLabel("ROLE", "de"), "Funktion");
+  EXPECT_STREQ(PxParameterLabel("X", "de"), "");
+
+  // Each result has a text of its own, and what is none another.
+  std::set<std::string> texts;
+  for (int32_t result = PxErrorLimit - 1; result <= PxStopped; ++result)
+    texts.insert(PxResultText(result));
+  EXPECT_EQ(texts.size(), 17u);
+  EXPECT_STREQ(PxResultText(PxErrorLimit - 1), PxResultText(PxStopped + 1));
 }
 
 }  // namespace

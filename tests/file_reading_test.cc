@@ -109,7 +109,15 @@ TEST(FileReading, APlainCardIsItsOwnView) {
       {"REV:2", "REV:;"},
       {"Boss", "Bo\tss"},
       {"N:Example", "X.N:Example"},
-      {"TEL;WORK", "URL:a\r\nTEL;WORK"}};
+      {"TEL;WORK", "URL:a\r\nTEL;WORK"},
+      {"TEL;WORK", "ADR:;;a\r\nTEL;WORK"},
+      {"Example;Ann", "Tel;Ann"},
+      {"Example;Ann", "End;Ann"},
+      {"=0D=0A", "=0D"},
+      {"X-FOO;HOME:bar; baz", "X-FOO;BASE64:QUI="},
+      {"RnJ=", "RnJ=\r\n QUJD"},
+      {"X-FOO", ""},
+      {"REV:", "END:"}};
   for (const auto &[from, to] : changes) {
     std::string card(PlainCard);
     card.replace(card.find(from), from.size(), to);
@@ -281,6 +289,27 @@ TEST(FileReading, OddFiles) {
       {"\xFE\xFF" + inUtf16("BEGIN:VCARD\nFN:A") + "\xD8\x01" + inUtf16("\nEND:VCARD\n"),
        "1: the file holds units that are no text"},
       {begin + "NOTE;CHARSET=UCS-4:\0\x11\0\0\n"s + end, "\uFFFD"},
+      // Each byte that is none is told, and a character that is cut off once.
+      {begin + "NOTE;CHARSET=SHIFT_JIS:\x93\xFA\x81 b\x96\n" + end, "\"\u65E5\uFFFD b\uFFFD\""},
+      {begin + "X;A=\xE4:1\n" + end, "\"A\":[\"\u00E4\"]"},
+      {begin + "X;A=\x81:1\n" + end, "3: bytes in the line's head that are no text"},
+      {begin + "N:a\x1F;b\n" + end, "[\"a\uFFFD\",\"b\""},
+      {"\xFE\xFF" + inUtf16(begin + "NOTE:" + std::string(100'000, 'a') + "\n" + end + begin + end),
+       "\"offset\":200082,"},
+      // Blanks between lines and in a name, an escape that is none, and folds among escapes.
+      {" " + begin + end, "\"offset\":1,"},
+      {begin + "N O TE:x\n" + end, "\"label\":\"Note\",\"value\":\"x\",\"offset\":24"},
+      {begin + "NOTE;QUOTED-PRINTABLE:=c3=a4; a=b = c=4x\n" + end, "\"\u00E4; a=b = c=4x\""},
+      {"BEGIN:VCARD\nVERSION:2.1\nNOTE;QUOTED-PRINTABLE:=61=\n b\n c\n" + end, "\"a b c\""},
+      // What is told in Base64 is text or, if it is long or no text's, an object.
+      {begin + "NOTE;BASE64:SGFsbG8=\n" + end, "\"Hallo\""},
+      {begin + "NOTE;BASE64:" + std::string(400'000, 'A') + "\n" + end, "\"size\":300000"},
+      {begin + "X:data:image/png;base64,QUJDRA%3D%3d\n" + end, "\"type\":\"image/png\",\"size\":4"},
+      {begin + "PHOTO;BASE64:=\n" + end, "\"value\":\"\""},
+      {begin + "BEGIN:\nFN:a\n" + end, "3: BEGIN of nothing"},
+      {begin + "AGENT:BEGIN:VCARD\nFN:Tom\nEND:VCARD\nFN:Ann\n" + end,
+       "\"agentOf\":1,\"summary\":{\"name\":\"Tom\"}"},
+      {begin + "ADR:;;One;;;;\nADR;TYPE=intl:;;Two;;;;\n" + end, "[\"Two\",\"\",\"One\"]"},
   };
   for (const auto &c : cases) {
     CountingIo io(c.bytes, UINT32_MAX);

@@ -132,10 +132,12 @@ TEST(HtmlWriter, Values) {
       {"0 : v", "<dt><bdi>\u2013</bdi></dt>"},
       {"0 ATTENDEE;CN=Bo: " + std::string(3000, 'x'), "x<dl class=\"fields\">\n<dt>Name</dt>"},
       {"0 X: " + std::string(5000, 'x') + "\\ny", std::string(5000, 'x') + "<br>y</dd>"},
+      {"0 X: a\\n" + std::string(5000, 'x'), ">a<br>" + std::string(5000, 'x')},
   };
   for (const auto &[property, expected] : cases) {
     expectInOrder(mainOf("[VCARD 1 0]\n" + property + "\n"), {expected});
   }
+  EXPECT_EQ(mainOf("[- 1 0]\n"), "") << "the calls tell an empty calendar";
   // A second photo, and a picture elsewhere, stand in their rows.
   expectInOrder(mainOf("[VCARD 1 0]\nName: A\n79402 PHOTO: <>J\n79402 PHOTO: <>J\n0 X: <>J\n"),
                 {"class=\"photo\"", "alt=\"Photo: A\"", "class=\"picture\"", "class=\"picture\""});

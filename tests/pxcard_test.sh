@@ -95,9 +95,12 @@ many=()
 for _ in {1..50}; do many+=("$samples/key-and-sound.vcf"); done
 "$pxcard" --format trace "${many[@]}" 2>err | head -n 1 >out
 same 'closed pipe' "${PIPESTATUS[*]} $(<err)" '1 0 '
+"$pxcard" --jobs 2 --format trace "${many[@]}" 2>err | head -n 1 >out
+same 'closed pipe, in parallel' "${PIPESTATUS[*]} $(<err)" '1 0 '
 
 # A file that becomes shorter while it is read: at the first line of the trace most is still unread.
-for _ in {1..500}; do cat "$agent"; done >shrinking.vcf
+for _ in {1..500}; do cat "$agent"; done >long.vcf
+cp long.vcf shrinking.vcf
 "$pxcard" --format trace shrinking.vcf 2>err | { read -r _; : >shrinking.vcf; cat >out; }
 same 'shrinking' "${PIPESTATUS[0]} $(<err)" '1 pxcard: shrinking.vcf: cut short while it was read'
 
@@ -126,6 +129,11 @@ expect 0 '' -r tree
 same 'files below' "$(grep '^== ' out)" '== tree/Sub/deep/B.VCF ==
 == tree/Sub/link.ics ==
 == tree/a.vcard =='
+mkdir tree/closed
+chmod 0 tree/closed
+unshare -U "$pxcard" -r tree >out 2>err # without the rights of root
+same 'a closed folder' "$? $(<err) $(grep -c '^== ' out)" '1 pxcard: tree/closed: Permission denied 3'
+rmdir tree/closed
 expect 1 'pxcard: tree/empty: holds no file named .vcf, .vcard, .vcs or .ics' -r tree/empty
 printf 'tree/a.vcard\0-\0\0%s' "$agent" >names
 expect 1 "pxcard: standard input: gives the names of files, so it can't be read as one
@@ -163,7 +171,7 @@ same 'output file' "$(<kept)$(stat -c %a kept)$(find . -name '.px*' -o -type l -
   "== $agent ==
 
 ${shown}640./link"
-(ulimit -f 0; "$pxcard" -o kept --format trace "${many[@]}" 2>&1) >/dev/null
+(ulimit -f 128; "$pxcard" -o kept --format trace "${many[@]}" 2>&1) >/dev/null
 same 'full disk, output file' "$? $(stat -c %a kept) $(find . -name '.px*')" '1 640 '
 grep -q '^== ' kept || same 'the old file' gone there
 mkfifo waiting
@@ -191,6 +199,9 @@ at_terminal() { script -qec "$1" /dev/null </dev/null | tr '\r' '\n' | tr -d '\n
 same 'terminal' "$(at_terminal "$pxcard </dev/tty")" 'pxcard: no file is given''See pxcard --help.'
 same 'progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -o progress - '$agent'" |
   sed -E 's|([0-9.]+ k?B, [0-9] files, [0-9.]+ k?B/s[[]K)+|LINE|')" '[KLINE'
+same 'measured progress' "$(at_terminal "'$pxcard' --format trace long.vcf | (sleep 2; cat) >out" |
+  grep -cE '[0-9] k?B of 220 kB, 0 of 1 files, [0-9.]+ k?B/s, 0:[0-9][0-9] left.K')" 1
+same 'width' "$(at_terminal "stty cols 40; '$pxcard' '$agent'" | grep -oE -- '-{20,}' | head -n 1 | wc -c)" 41
 same 'no progress' "$(at_terminal "(sleep 1.5; cat '$agent') | '$pxcard' -q -o progress -")" ''
 # A file that costs more than its size allows: what is shown is whole, and where it ends is told.
 for _ in {1..6000}; do printf 'BEGIN:VCARD\nN:a;\nEND:VCARD\n'; done >costly.vcf
@@ -298,8 +309,11 @@ same 'nothing to save' "$(find . -name none)" ''
 picture=$samples/picture.vcf
 expect 1 "pxcard: $picture: no/there: No such file or directory" --extract no/there "$picture"
 expect 1 "pxcard: $picture: wrong.txt: Not a directory" --extract wrong.txt "$picture"
-limited=$(ulimit -f 0; "$pxcard" --extract limited "$picture" 2>&1)
-same 'no room' "$limited$(ls -A limited)" "pxcard: $picture: limited: File too large"
+printf 'BEGIN:VCARD\nPHOTO;BASE64:%s\nEND:VCARD\n' "$(head -c 200000 /dev/zero | base64 -w 0)" >large.vcf
+limited=$(ulimit -f 128; "$pxcard" --raw --extract limited large.vcf 2>&1)
+same 'no room' "$limited$(ls -A limited)" "pxcard: large.vcf: limited: File too large"
+same 'no room for a copy' "$(ulimit -f 128; "$pxcard" - < <(cat long.vcf) 2>&1)" \
+  'pxcard: standard input: temporary file in TMPDIR or /tmp: File too large'
 
 # Equal content is saved once; names by a pattern.
 picture_line="image/jpeg	534	$picture	1"

@@ -13,6 +13,11 @@ done | awk -F: '
   { for (i = 2; i < NF; ++i) if ($i !~ /^(\/|\$ORIGIN(\/|$))/) { print; bad = 1 } }
   END { exit bad || NR < 8 }'
 
+# What stands beside the command and is no filter is told.
+ln -sf libpx_core.so.1 "$installed/lib/libpx_vcrd.so.1"
+error=$("$installed/bin/pxcard" /dev/null 2>&1) || :
+echo "$error" | grep -q 'lib/libpx_vcrd.so.1: no filter library$'
+
 # Nor does the command where the system doesn't tell it its own path.
 mkdir -p "$installed/here/lib"
 echo 'no library' >"$installed/here/lib/libpx_vcrd.so.1"

@@ -180,14 +180,18 @@ int32_t Reader::writeText(const TextLook &look, PxSink sink, void *user) {
   begin(Way::Sections);
   sink_ = {sink, user};
   FileText text(look, contentTypeOf, [this](std::string_view bytes) { sink_.put(bytes); });
+  const auto step = [&] {
+    const bool follows = readSection(&text);
+    if (!follows) text.finish();
+    return follows;
+  };
   bool any = false;
   try {
-    while (!sink_.stopped && reading([&] { return readSection(&text); })) any = true;
+    while (!sink_.stopped && reading(step)) any = true;
   } catch (...) {
     text.finish();
     throw;
   }
-  text.finish();
   if (sink_.stopped) return PxStopped;
   return any ? PxGood : PxEnd;
 }

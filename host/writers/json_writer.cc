@@ -246,7 +246,6 @@ void JsonWriter::beginProperty(const Property &property) {
   }
   late_.clear();
   takesLate_ = property.parameters.empty();
-  if (takesLate_ && !property.types.empty()) late_.push_back({"TYPE", property.types});
 }
 
 void JsonWriter::beginField(uint32_t) {

@@ -89,8 +89,6 @@ PropertyHead headOf(const Property &property) {
   head.isLast = isOneOf(kLast, id, head.name);
   if (head.isLabelled && !head.isMedia) {
     for (const std::string &type : property.types) addTo(&head.additions, typeInWords(type));
-  } else if (!head.isLabelled && property.parameters.empty() && !property.types.empty()) {
-    head.additions = "TYPE=" + joined(property.types);
   }
   if (!head.isMedia) {
     for (const Parameter &parameter : property.parameters) addParameter(parameter, &head);

@@ -203,15 +203,14 @@ void WrappedLines::padTo(uint32_t column) {
 
 // Breaks the line at its last blank, or here when there is none that makes the rest shorter.
 void WrappedLines::wrap() {
-  const uint32_t indent = std::min(indent_, width_ - width_ / 4);
-  const bool atBlank = break_ != kNone && breakColumn_ > indent;
+  const bool atBlank = break_ != kNone && breakColumn_ > indent_;
   const uint32_t restColumns = atBlank ? column_ - breakColumn_ : 0;
   column_ -= restColumns;
   giveLine(atBlank ? break_ : size_);
-  replace(lineStart_, 0, indent, ' ');
-  column_ = indent + restColumns;
+  replace(lineStart_, 0, indent_, ' ');
+  column_ = indent_ + restColumns;
   open_ = true;
-  hasText_ = lineSize() > indent;
+  hasText_ = lineSize() > indent_;
 }
 
 // Ends the line at `end`, without the blanks before it. What stands behind begins the next one.

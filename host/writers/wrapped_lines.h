@@ -39,7 +39,7 @@ class WrappedLines {
   // Adds blanks up to the column, counted from 0; none when the line is there already.
   void padTo(uint32_t column);
 
-  // Where the rest of a broken line begins.
+  // Where the rest of a broken line begins: well within the width.
   void setIndent(uint32_t column) { indent_ = column; }
 
   // Ends the line, unless nothing stands in it.
