@@ -13,8 +13,6 @@ ByteVector isNoAscii(ByteVector b) {
   return ByteVector(Signed(b) <= 0);
 }
 
-}  // namespace
-
 inline size_t validLength(std::string_view bytes, bool *cut) {
   size_t at = 0;
   *cut = false;
@@ -35,6 +33,8 @@ inline size_t validLength(std::string_view bytes, bool *cut) {
     at += length;
   }
 }
+
+}  // namespace
 
 size_t validUtf8Length(std::string_view bytes, bool *cut) { return validLength(bytes, cut); }
 
