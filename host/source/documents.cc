@@ -27,7 +27,10 @@ bool Documents::next(Document *document) {
   document->format = view_ ? next.format : sniffFormat(file_);
   VcardIo *source = file_;
   if (!inPlace_) source = &text_.emplace(&view_->text(), next.text.offset, next.text.length);
-  document->io = &io_.emplace(&buffer_.emplace(source), limit_, PastLimit::Fails);
+  // A stranger's bytes as they stand can make the filter go back and forth, which a buffer makes
+  // worse: each time it is filled anew, and what is read again inside of it is work, too.
+  if (view_) source = &buffer_.emplace(source);
+  document->io = &io_.emplace(source, limit_, PastLimit::Fails);
   callsNoted_ = 0;
   return true;
 }
