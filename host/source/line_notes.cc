@@ -107,7 +107,7 @@ void append(Write write, SpoolFile *spool) {
   RecordWriter record{FieldBytes{start + header}};
   write(record);
   const char *const end = record.target().next;
-  const auto length = static_cast<uint32_t>(end - start - sizeof length);
+  const auto length = static_cast<uint32_t>(end - start - sizeof(uint32_t));
   const FieldBits bits = record.bits();
   std::memcpy(start, &length, sizeof length);
   std::memcpy(start + sizeof length, &bits, sizeof bits);

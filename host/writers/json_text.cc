@@ -81,8 +81,9 @@ void JsonStream::putEscaped(std::string_view utf8) {
 
 void JsonStream::putLong(std::string_view bytes) {
   giveOut();
-  if (bytes.size() < held_.size()) return put(bytes);
-  sink_(bytes);
+  if (bytes.size() >= held_.size()) return sink_(bytes);
+  std::memcpy(held_.data(), bytes.data(), bytes.size());
+  size_ = bytes.size();
 }
 
 void JsonStream::giveOut() {
