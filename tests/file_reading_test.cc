@@ -309,6 +309,9 @@ TEST(FileReading, OddFiles) {
       {begin + "BEGIN:\nFN:a\n" + end, "3: BEGIN of nothing"},
       {begin + "AGENT:BEGIN:VCARD\nFN:Tom\nEND:VCARD\nFN:Ann\n" + end,
        "\"agentOf\":1,\"summary\":{\"name\":\"Tom\"}"},
+      // Behind an agent's card that has ended, another one is nobody's.
+      {begin + "AGENT:BEGIN:VCARD\nFN:Tom\nEND:VCARD\n" + begin + "FN:Ann\n" + end,
+       "1: VCARD without END"},
       {begin + "ADR:;;One;;;;\nADR;TYPE=intl:;;Two;;;;\n" + end, "[\"Two\",\"\",\"One\"]"},
   };
   for (const auto &c : cases) {

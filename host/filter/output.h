@@ -49,8 +49,8 @@ class Output {
 //
 // The filter has no way to pass an exception on, so none reaches it: the first one that a member
 // throws is kept in `failure`, no member is called after it, and the filter is asked to stop. Who
-// drives the filter throws it again. Where `givesUp` is set it is asked at each SoEmitBreak, and when
-// it answers true the route ends in the same way, without a failure.
+// drives the filter throws it again. Where `givesUp` is set it is asked at each SoEmitBreak, and
+// when it answers true the route ends in the same way, without a failure.
 struct OutputRoute {
   Output *output = nullptr;
   std::function<bool()> givesUp{};

@@ -1,5 +1,6 @@
 // What a person calls properties, types and parameters: the texts of label_texts.h where the filter
-// has a string id, and texts for well-known names that it has none for. All in English and ASCII, where nothing else is said.
+// has a string id, and texts for well-known names that it has none for. All in English and ASCII,
+// where nothing else is said.
 
 #ifndef PX_HOST_LABELS_PROPERTY_LABELS_H
 #define PX_HOST_LABELS_PROPERTY_LABELS_H

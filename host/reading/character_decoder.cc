@@ -72,12 +72,15 @@ char *storeAscii(std::span<const uint16_t> *codes, char *to) {
   const size_t size = codes->size();
   size_t count = 0;
   size_t step = kStep;
-  while (step == kStep && size - count >= kStep)
-    count += step = storeStep(&(*codes)[count], to + count);
+  while (step == kStep && size - count >= kStep) {
+    step = storeStep(&(*codes)[count], to + count);
+    count += step;
+  }
   // The last ones together with some of those before them.
   if (step == kStep && count >= kStep &&
-      storeStep(&(*codes)[size - kStep], to + size - kStep) == kStep)
+      storeStep(&(*codes)[size - kStep], to + size - kStep) == kStep) {
     count = size;
+  }
   while (count < size && (*codes)[count] < 0x80) {
     to[count] = static_cast<char>((*codes)[count]);
     ++count;
@@ -86,8 +89,8 @@ char *storeAscii(std::span<const uint16_t> *codes, char *to) {
   return to + count;
 }
 
-// Stores the UTF-8 sequence of several bytes that stands whole at the head of the codes. Answers its
-// length, or 0 where there is none: those are for putDefault.
+// Stores the UTF-8 sequence of several bytes that stands whole at the head of the codes. Answers
+// its length, or 0 where there is none: those are for putDefault.
 size_t storeSequence(std::span<const uint16_t> codes, char *to) {
   const uint16_t first = codes[0];
   const size_t length = first > 0xFF ? 0 : utf8Length(static_cast<uint8_t>(first));
@@ -107,12 +110,11 @@ std::string_view CharacterDecoder::decode(std::span<const uint16_t> codes, bool 
   const size_t room = (codes.size() + std::size(held_)) * longest + kStep;
   if (utf8_.size() < room) utf8_.resize(room);
   char *to = utf8_.data();
-  const bool isDefault = set_ != SoCharsetUtf8 && set_ != SoCharsetWindows1251;
   while (!codes.empty()) {
     if (heldCount_ == 0) to = storeAscii(&codes, to);
     // What follows is mostly the characters of one word.
     while (!codes.empty() && (heldCount_ > 0 || codes.front() >= 0x80)) {
-      const bool canBeSequence = heldCount_ == 0 && isDefault;
+      const bool canBeSequence = heldCount_ == 0 && isDefault();
       const size_t length = canBeSequence ? storeSequence(codes, to) : 0;
       to = length > 0 ? to + length : put(codes.front(), to);
       codes = codes.subspan(std::max<size_t>(length, 1));
@@ -123,10 +125,10 @@ std::string_view CharacterDecoder::decode(std::span<const uint16_t> codes, bool 
 }
 
 char *CharacterDecoder::put(uint16_t code, char *to) {
-  if (set_ == SoCharsetUtf8) return storeUtf8(code == 0xFFFF ? kReplacement : code, to);
+  if (isDefault() && code <= 0xFF) return putDefault(static_cast<uint8_t>(code), to);
+  if (isDefault()) return storeUtf8(kReplacement, giveUpHeld(to));
   if (set_ == SoCharsetWindows1251) return storeUtf8(windows1251(code), to);
-  if (code <= 0xFF) return putDefault(static_cast<uint8_t>(code), to);
-  return storeUtf8(kReplacement, giveUpHeld(to));
+  return storeUtf8(code == 0xFFFF ? kReplacement : code, to);
 }
 
 char *CharacterDecoder::putDefault(uint8_t byte, char *to) {

@@ -22,13 +22,14 @@ class CharacterDecoder {
   // default set.
   void setCharset(uint32_t set) { set_ = set; }
 
-  // Decodes a run of codes, or where `more` of it follows, a part: up to three of its bytes that may
-  // begin a UTF-8 sequence then wait for the next one. Answers valid UTF-8, which stays until the
+  // Decodes a run of codes, or where `more` of it follows, a part: up to three of its bytes that
+  // may begin a UTF-8 sequence then wait for the next one. Answers valid UTF-8, which stays until the
   // next call; a code that is no character becomes U+FFFD. Nothing is left out, control characters
   // neither: see appendPrintable.
   std::string_view decode(std::span<const uint16_t> codes, bool more = false);
 
  private:
+  bool isDefault() const { return set_ != SoCharsetUtf8 && set_ != SoCharsetWindows1251; }
   char *put(uint16_t code, char *to);
   char *putDefault(uint8_t byte, char *to);
   char *giveUpHeld(char *to);

@@ -20,8 +20,8 @@ class SectionReader {
   // Nothing given is owned; what can't be read goes into `faults`, here, all of it. Throws
   // std::runtime_error, whose text is for a person, when `io` is no card or can't be read.
   //
-  // Past `limit` the reading ends as it does at the end of the file: what was begun ends, nothing is
-  // thrown, and WorkLimit::stoppedAt tells.
+  // Past `limit` the reading ends as it does at the end of the file: what was begun ends, nothing
+  // is thrown, and WorkLimit::stoppedAt tells.
   SectionReader(const FilterLibrary &filter, VcardIo *io, Reading reading, const FaultSink &faults,
                 CardEvents *events, WorkLimit *limit);
 

@@ -44,7 +44,8 @@ class Documents {
   // Takes how many calls the filter has made of the document. Answers whether more is too much.
   bool isSpent(uint64_t calls);
 
-  // Ends the reading at the limit. `position` is the file's, for a document that is text of the view.
+  // Ends the reading at the limit. `position` is the file's, for a document that is text of the
+  // view.
   void stop(uint64_t position);
 
   // Null where there is no view.

@@ -102,10 +102,4 @@ void appendPrintable(std::string_view utf8, std::string *to) {
   }
 }
 
-uint32_t columnCount(std::string_view utf8) {
-  uint32_t count = 0;
-  for (char byte : utf8) count += (byte & 0xC0) != 0x80;
-  return count;
-}
-
 }  // namespace px

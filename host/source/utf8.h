@@ -60,9 +60,6 @@ inline bool drivesTerminal(char32_t character) {
 // Appends `utf8`, which is valid UTF-8, with U+FFFD in place of each character that does.
 void appendPrintable(std::string_view utf8, std::string *to);
 
-// How many columns valid UTF-8 takes on a terminal, each character counted as one.
-uint32_t columnCount(std::string_view utf8);
-
 }  // namespace px
 
 #endif

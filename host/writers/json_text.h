@@ -53,8 +53,8 @@ class JsonStream {
   size_t size_ = 0;
 };
 
-// RapidJSON's writer, which knows no strings in pieces: it is told of the value, whose text then goes
-// to the stream.
+// RapidJSON's writer, which knows no strings in pieces: it is told of the value, whose text then
+// goes to the stream.
 class JsonStructure : public rapidjson::Writer<JsonStream> {
  public:
   using Writer::Writer;

@@ -134,7 +134,7 @@ void WrappedLines::write(std::string_view utf8) {
   }
 }
 
-// Adds the printable ASCII at the head of a text for all of which the line has room. Answers its
+// Adds the printable ASCII at the head of `text`, all of which has room in the line. Answers its
 // length. The text is looked at where it comes to stand, sixteen bytes at a step.
 size_t WrappedLines::addAscii(std::string_view text) {
   if (lineSize() + text.size() > kMaxLine) spill();
