@@ -41,6 +41,12 @@ uint64_t wordAt(const char *from) {
   return word;
 }
 
+inline ByteVector vectorAt(const char *from) {
+  ByteVector bytes;
+  std::memcpy(&bytes, from, sizeof bytes);
+  return bytes;
+}
+
 // The bytes at `from`, `count` of them, fewer than sixteen, with zeros behind them. They are put
 // together from words that overlap, since a copy of any length is a call.
 inline ByteVector shortVector(const char *from, size_t count) {
@@ -65,9 +71,7 @@ size_t lengthBefore(std::string_view text, Set set) {
   constexpr size_t step = sizeof(ByteVector);
   size_t at = 0;
   for (; text.size() - at >= step; at += step) {
-    ByteVector bytes;
-    std::memcpy(&bytes, text.data() + at, step);
-    const uint32_t bits = bitsOf(set(bytes));
+    const uint32_t bits = bitsOf(set(vectorAt(text.data() + at)));
     if (bits != 0) return at + static_cast<size_t>(std::countr_zero(bits));
   }
   // A bit behind the last byte ends the search.

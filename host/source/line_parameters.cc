@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "host/source/ascii_case.h"
+#include "host/source/byte_search.h"
 
 namespace px {
 namespace {
@@ -98,7 +99,8 @@ Transfer transferOf(const std::vector<HeadParameter> &parameters) {
 
 Transfer transferOf(const ContentLine &line) {
   // Every encoding has a B in its names.
-  if (line.parameters.find_first_of("Bb") == line.parameters.npos) return Transfer::Plain;
+  const auto isB = [](ByteVector b) { return isByte(b, 'B') | isByte(b, 'b'); };
+  if (lengthBefore(line.parameters, isB) == line.parameters.size()) return Transfer::Plain;
   std::vector<HeadParameter> parameters;
   splitParameters(line.parameters, ContentLines::MostParameters, &parameters);
   return transferOf(parameters);

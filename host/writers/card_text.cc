@@ -312,10 +312,9 @@ void CardText::lineBreak() {
   breaks_ += isOpen_;
 }
 
-// Dates come alone, in lists and in pairs.
 void CardText::holdDates(std::string_view utf8) {
   while (!utf8.empty()) {
-    const size_t end = std::min(utf8.find_first_of(",;/"), utf8.size());
+    const size_t end = dateEnd(utf8);
     held_ += utf8.substr(0, end);
     if (held_.size() > LongestDate) {  // it is none
       putHeld();

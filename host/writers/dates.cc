@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "host/languages/translation.h"
+#include "host/source/byte_search.h"
 
 namespace px {
 namespace {
@@ -148,6 +149,11 @@ std::chrono::year_month_day readDay(std::string_view text) {
 }
 
 }  // namespace
+
+size_t dateEnd(std::string_view value) {
+  return lengthBefore(
+      value, [](ByteVector b) { return isByte(b, ',') | isByte(b, ';') | isByte(b, '/'); });
+}
 
 std::optional<std::string> readableDuration(std::string_view text) {
   constexpr std::pair<std::string_view, std::string_view> units[] = {{"W", N_("%1 wk")},

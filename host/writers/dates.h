@@ -3,6 +3,7 @@
 #ifndef PX_HOST_WRITERS_DATES_H
 #define PX_HOST_WRITERS_DATES_H
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,9 @@ constexpr size_t LongestDate = 48;
 // A date of the year `omitted`, if there is one, reads as a date without a year. Nothing for any
 // other text.
 std::optional<std::string> readableDate(std::string_view text, std::string_view omitted = {});
+
+// Answers where the date ends that a value begins with: dates come alone, in lists and in pairs.
+size_t dateEnd(std::string_view value);
 
 // Answers the readable form of a length of time: "PT1H30M" is "1 h 30 min", "-P1D" is "1 d",
 // without its sign. Nothing for any other text.

@@ -708,12 +708,11 @@ void HtmlWriter::putLink(const std::string &address, std::string_view utf8) {
   if (!element.empty()) html_.put("</" + std::string(element) + ">");
 }
 
-// Dates come alone, in lists and in pairs.
 void HtmlWriter::putDates(std::string_view utf8) {
   bool any = false;
   openValue();
   for (;;) {
-    const size_t end = std::min(utf8.find_first_of(",;/"), utf8.size());
+    const size_t end = dateEnd(utf8);
     const std::string_view part = utf8.substr(0, end);
     if (const auto date = readableDate(part, head_.omittedYear)) {
       html_.put(timeElement(*date, machineDate(*date), timeClass()));

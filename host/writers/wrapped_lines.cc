@@ -45,25 +45,6 @@ bool canBeginLine(char32_t code) {
          (0x20000 <= code && code <= 0x3FFFF);
 }
 
-// Copies less than sixteen bytes, which the C library's routine would do in a call.
-void copyShort(std::string_view from, char *to) {
-  const auto copyEnds = [&from, to](auto part) {
-    std::memcpy(&part, from.data() + from.size() - sizeof part, sizeof part);
-    std::memcpy(to + from.size() - sizeof part, &part, sizeof part);
-    std::memcpy(&part, from.data(), sizeof part);
-    std::memcpy(to, &part, sizeof part);
-  };
-  if (from.size() >= 8) {
-    copyEnds(uint64_t());
-  } else if (from.size() >= 4) {
-    copyEnds(uint32_t());
-  } else if (from.size() >= 2) {
-    copyEnds(uint16_t());
-  } else if (!from.empty()) {
-    *to = from[0];
-  }
-}
-
 }  // namespace
 
 uint32_t displayWidth(std::string_view utf8) {
@@ -135,26 +116,25 @@ void WrappedLines::write(std::string_view utf8) {
 }
 
 // Adds the printable ASCII at the head of `text`, all of which has room in the line. Answers its
-// length. The text is looked at where it comes to stand, sixteen bytes at a step.
+// length. Sixteen bytes are copied and looked at at a step, in a register: to read again what has
+// just been written in pieces would wait until it has reached the cache.
 size_t WrappedLines::addAscii(std::string_view text) {
+  constexpr size_t step = sizeof(ByteVector);
   if (lineSize() + text.size() > kMaxLine) spill();
   char *const to = room(text.size());
-  if (text.size() < sizeof(ByteVector)) {
-    copyShort(text, to);
-  } else {
-    std::memcpy(to, text.data(), text.size());
-  }
   size_t length = 0;
   size_t behindBlank = 0;
   for (uint32_t others = 0; others == 0;) {
-    ByteVector bytes;
-    std::memcpy(&bytes, to + length, sizeof bytes);
+    const size_t left = text.size() - length;
+    const ByteVector bytes =
+        left < step ? shortVector(text.data() + length, left) : vectorAt(text.data() + length);
+    std::memcpy(to + length, &bytes, step);
     others = bitsOf(ByteVector(bytes - ' ' > '~' - ' '));
-    if (text.size() - length < sizeof bytes) others |= UINT32_MAX << (text.size() - length);
+    if (left < step) others |= 1U << left;
     const uint32_t before = (others & -others) - 1;  // bits of the bytes that stand before those
     const uint32_t blanks = bitsOf(isByte(bytes, ' ')) & before;
     if (blanks != 0) behindBlank = length + static_cast<size_t>(std::bit_width(blanks));
-    length += others == 0 ? sizeof bytes : static_cast<size_t>(std::countr_zero(others));
+    length += others == 0 ? step : static_cast<size_t>(std::countr_zero(others));
   }
   // No line is broken at the blanks that it begins with.
   const size_t first = hasText_ ? 0 : std::min(text.find_first_not_of(' '), length);
@@ -177,8 +157,7 @@ size_t WrappedLines::writeCharacter(std::string_view utf8) {
   const auto width = drives ? 1 : widthOf(code);
   if (hasText_ && canBeginLine(code)) breakHere();
   if (width > width_ - column_) wrap();
-  copyShort(drives ? kReplacement : utf8.substr(0, length), room(length));
-  size_ += drives ? kReplacement.size() : length;
+  append(drives ? kReplacement : utf8.substr(0, length));
   column_ += width;
   open_ = hasText_ = true;
   if (lineSize() > kMaxLine) spill();
