@@ -270,6 +270,8 @@ TEST(FileReading, OddFiles) {
       // One label names the group, the other shows itself.
       {begin + "a.TEL:5\na.X-ABLabel:first\na.X-ABLabel:second\n" + end, "Telephone (first)"},
       {begin + "a.TEL:5\na.X-ABLabel:first\na.X-ABLabel:second\n" + end, "    second"},
+      // A plain card is read where it stands, and shows types that its calls don't tell.
+      {"BEGIN:VCARD\nVERSION:2.1\nNOTE;HOME:x\n" + end, "Note (home)"},
       // An escaped card stands in one line of the file.
       {begin + "AGENT:BEGIN:VCARD\\nFN:Tom\\nbad\\nEND:VCARD\n" + end, "3: no colon"},
       {begin + end + "\xEF\xBB\xBF" + begin + "FN:Tom\n" + end, "\"section\":2"},

@@ -15,7 +15,7 @@ void CallReader::beginRun(int16_t format, VcardStream *stream, bool inPlace) {
   format_ = format;
   inPlace_ = inPlace;
   styles_.clear();
-  property_.beginRun(format, stream, inPlace);
+  property_.beginRun(format, stream);
 }
 
 // Definitions: of styles, and of attachments, whose characters are the title.

@@ -50,10 +50,9 @@ OpenIo openPlaced(const FilterLibrary &filter, VcardStream *stream, const Extent
   return OpenIo(opened);
 }
 
-void PropertyReader::beginRun(int16_t format, VcardStream *stream, bool inPlace) {
+void PropertyReader::beginRun(int16_t format, VcardStream *stream) {
   format_ = format;
   stream_ = stream;
-  inPlace_ = inPlace;
 }
 
 // The calls.
@@ -131,12 +130,11 @@ void PropertyReader::beginValue() {
   known_ = property_.label != 0 ? propertyOfLabel(property_.label, format_) : nullptr;
   line_ = section_ ? noteOfLine() : nullptr;
   muted_ = line_ && line_->dropped;
-  if (!line_ || inPlace_) takeList();
-  types_.clear();
   property_.groupLabel.clear();
   if (line_) {
     join();
   } else {
+    takeList();
     if (known_) property_.name = known_->name;
     property_.group.clear();
     property_.labelsGroup = false;
@@ -185,7 +183,7 @@ void PropertyReader::join() {
   property_.group = head.group;
   property_.labelsGroup = line_->labelsGroup;
   property_.parameters = head.parameters;
-  if (!inPlace_) property_.types = head.types;
+  property_.types = head.types;
   property_.extent = line_->extent;
   for (const auto &[group, label] : section_->groupLabels) {
     if (group == property_.group && !property_.labelsGroup) property_.groupLabel = label;

@@ -31,7 +31,7 @@ class PropertyReader {
   PropertyReader(const FilterLibrary &filter, CardEvents *events, LineNoteReader *notes)
       : filter_(filter), events_(*events), notes_(notes) {}
 
-  void beginRun(int16_t format, VcardStream *stream, bool inPlace);
+  void beginRun(int16_t format, VcardStream *stream);
   // `section` is of the section that begins, or null: nothing is joined.
   void beginSection(const SectionNote *section) { section_ = section; }
 
@@ -73,7 +73,6 @@ class PropertyReader {
   LineNoteReader *notes_;
   int16_t format_ = 0;
   VcardStream *stream_ = nullptr;
-  bool inPlace_ = false;
   const SectionNote *section_ = nullptr;
 
   Place place_ = Place::Nothing;
