@@ -73,7 +73,7 @@ TEST(FileReading, TextOfSamples) {
 constexpr std::string_view PlainCard =
     "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Example;Ann;Maria;Dr;Jr\r\nFN:Ann Example\r\nTITLE:Boss\r\n"
     "ORG:Acme;Sales\r\nADR;WORK:;;1 Main St.;Town;ST;123;USA\r\nTEL;WORK;VOICE:+1 555 0100\r\n"
-    "TEL;CELL:+1 555 0101\r\nEMAIL;INTERNET:ann@example.com\r\nURL;HOME:http://example.com/a\r\n"
+    "TEL;CELL:+1 555 0101\r\nEMAIL;INTERNET:ann@example.com\r\nURL:http://example.com/a\r\n"
     "NOTE;QUOTED-PRINTABLE:caf=C3=A9=0D=0Asecond\r\nX-FOO;HOME:bar; baz\r\n"
     "PHOTO;JPEG;BASE64:\r\n Sk1h\r\n RnJ=\r\n\r\nREV:20240102T030405Z\r\nEND:VCARD\r\n";
 
@@ -314,6 +314,10 @@ TEST(FileReading, OddFiles) {
       // Behind an agent's card that has ended, another one is nobody's.
       {begin + "AGENT:BEGIN:VCARD\nFN:Tom\nEND:VCARD\n" + begin + "FN:Ann\n" + end,
        "1: VCARD without END"},
+      // A tab is text, also where the fields come in one, whose calls are cut at 4096 characters.
+      {begin + "ADR:;;a\tb\t" + std::string(300, 'c') + "\n" + end, ",\"a\\tb\\tccc"},
+      {begin + "ADR:;;" + std::string(4094, 'c') + "\td\n" + end, "ccc\\td\",\""},
+      {begin + "ADR:;;" + std::string(4095, 'c') + "\td\n" + end, "ccc\\td\",\""},
       {begin + "ADR:;;One;;;;\nADR;TYPE=intl:;;Two;;;;\n" + end, "[\"Two\",\"\",\"One\"]"},
   };
   for (const auto &c : cases) {

@@ -312,6 +312,9 @@ expect 1 "pxcard: $picture: wrong.txt: Not a directory" --extract wrong.txt "$pi
 printf 'BEGIN:VCARD\nPHOTO;BASE64:%s\nEND:VCARD\n' "$(head -c 200000 /dev/zero | base64 -w 0)" >large.vcf
 limited=$(ulimit -f 128; "$pxcard" --raw --extract limited large.vcf 2>&1)
 same 'no room' "$limited$(ls -A limited)" "pxcard: large.vcf: limited: File too large"
+note=NOTE:$(head -c 60000 /dev/zero | tr '\0' a)
+printf 'BEGIN:VCARD\nVERSION:3.0\n%s\n%s\n%s\nFN:x\nEND:VCARD\n' "$note" "$note" "$note" >notes.vcf
+same 'room enough' "$(TMPDIR=$PWD/none "$pxcard" notes.vcf 2>&1 | sed -n 1p)" x
 same 'no room for a copy' "$(ulimit -f 128; "$pxcard" - < <(cat long.vcf) 2>&1)" \
   'pxcard: standard input: temporary file in TMPDIR or /tmp: File too large'
 

@@ -36,8 +36,9 @@ FileDescriptor openTemporaryFile() {
 void SpoolFile::makeRoom(size_t size) {
   spill();
   if (capacity_ >= size) return;
-  capacity_ = std::max(kUsualCapacity, size);
-  buffer_ = std::make_unique_for_overwrite<char[]>(capacity_);
+  const size_t capacity = std::max(kUsualCapacity, size);
+  buffer_ = std::make_unique_for_overwrite<char[]>(capacity);
+  capacity_ = capacity;
 }
 
 void SpoolFile::spill() {

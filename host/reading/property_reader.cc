@@ -135,6 +135,7 @@ void PropertyReader::beginValue() {
     join();
   } else {
     takeList();
+    types_.clear();
     if (known_) property_.name = known_->name;
     property_.group.clear();
     property_.labelsGroup = false;
@@ -224,6 +225,7 @@ void PropertyReader::valueText(std::string_view utf8) {
   for (;;) {
     if (fields_ == 0) beginField(row && !row->fields.empty() ? row->fields[0] : 0);
     const size_t end = std::min(utf8.find(FieldDivider), utf8.size());
+    tabsDue_ = 0;  // the divider is all the layout there is
     if (end > 0) events_.text(utf8.substr(0, end));
     if (end == utf8.size()) return;
     beginField(row && fields_ < row->fields.size() ? row->fields[fields_] : 0);

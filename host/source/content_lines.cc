@@ -1,7 +1,6 @@
 #include "host/source/content_lines.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "host/source/ascii_case.h"
 #include "host/source/byte_search.h"

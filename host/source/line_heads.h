@@ -26,7 +26,7 @@ struct Parameter {
   bool operator==(const Parameter &) const = default;
 };
 
-// Adds to `types` the type names among the parameters, in small letters: the known ones first, in
+// Answers the type names among the parameters, in small letters: the known ones first, in
 // the order in which the filter writes them.
 std::vector<std::string> typesOf(const std::vector<Parameter> &parameters);
 

@@ -1,6 +1,7 @@
 #include "host/source/line_notes.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstring>
 #include <stdexcept>
 #include <type_traits>
@@ -88,7 +89,10 @@ class RecordWriter {
     for (const T &item : list) put(item);
   }
 
-  FieldBits bits() const { return static_cast<FieldBits>(bits_); }
+  FieldBits bits() const {
+    assert(bit_ <= 1u << 16);  // as many fields as FieldBits has bits
+    return static_cast<FieldBits>(bits_);
+  }
   const Target &target() const { return to_; }
 
  private:

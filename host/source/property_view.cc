@@ -129,7 +129,6 @@ bool PropertyView::isIndexed() const {
 void PropertyView::add(const ContentLine &line) {
   start_ = line.start;
   note_.emplace();
-  divider_ = FieldDivider;
   note_->head = headOf(line);
   known_ = note_->head->known;
   transfer_ = note_->head->transfer;

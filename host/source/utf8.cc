@@ -13,7 +13,9 @@ ByteVector isNoAscii(ByteVector b) {
   return ByteVector(Signed(b) <= 0);
 }
 
-inline size_t validLength(std::string_view bytes, bool *cut) {
+}  // namespace
+
+size_t validUtf8Length(std::string_view bytes, bool *cut) {
   size_t at = 0;
   *cut = false;
   for (;;) {
@@ -34,13 +36,9 @@ inline size_t validLength(std::string_view bytes, bool *cut) {
   }
 }
 
-}  // namespace
-
-size_t validUtf8Length(std::string_view bytes, bool *cut) { return validLength(bytes, cut); }
-
 bool isValidUtf8(std::string_view bytes) {
   bool cut;
-  return validLength(bytes, &cut) == bytes.size();
+  return validUtf8Length(bytes, &cut) == bytes.size();
 }
 
 size_t printableAsciiLength(std::string_view text) {

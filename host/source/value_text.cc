@@ -3,7 +3,6 @@
 #include "host/source/byte_search.h"
 
 namespace px {
-
 namespace {
 
 ByteVector hasMeaning(ByteVector b) {

@@ -28,15 +28,20 @@ ByteVector isEncoded(ByteVector b) {
 }  // namespace
 
 void ViewText::putQuoted(std::string_view text) {
-  char *to = spool_.room(kLongestEncoded * text.size());
-  for (;;) {
-    const size_t plain = lengthBefore(text, isEncoded);
-    to = std::copy_n(text.data(), plain, to);
-    if (plain == text.size()) break;
-    to = encode(text[plain], to);
-    text.remove_prefix(plain + 1);
+  constexpr size_t longest = 4096;  // for what has little room goes to a file
+  while (!text.empty()) {
+    std::string_view piece = text.substr(0, longest);
+    text.remove_prefix(piece.size());
+    char *to = spool_.room(kLongestEncoded * piece.size());
+    for (;;) {
+      const size_t plain = lengthBefore(piece, isEncoded);
+      to = std::copy_n(piece.data(), plain, to);
+      if (plain == piece.size()) break;
+      to = encode(piece[plain], to);
+      piece.remove_prefix(plain + 1);
+    }
+    spool_.commit(to);
   }
-  spool_.commit(to);
 }
 
 void ViewText::putField(std::string_view field, bool first) {

@@ -467,6 +467,7 @@ void HtmlWriter::endProperty() {
     } else if (head_.isLast && kind_ != Kind::Alarm && !streams_ && !inField_ &&
                held_.size() <= kLongestLast && last_.size() < kMostLast) {
       place_ = Place::Nowhere;
+      head_.setHeading();
       if (!held_.empty()) last_.push_back({head_.heading, held_});
     }
   }

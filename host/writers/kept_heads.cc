@@ -21,13 +21,14 @@ bool isSameHead(const Property &a, const Property &b) {
 }
 
 bool isLongHead(const Property &property) {
+  constexpr size_t most = 1024;
+  constexpr size_t empty = sizeof(std::string);  // what one takes that says nothing
   size_t size = property.name.size() + property.group.size() + property.groupLabel.size();
-  for (const std::string &type : property.types) size += type.size();
+  for (const std::string &type : property.types) size += empty + type.size();
   for (const Parameter &parameter : property.parameters) {
-    size += parameter.name.size();
-    for (const std::string &value : parameter.values) size += value.size();
+    size += empty + parameter.name.size();
+    for (const std::string &value : parameter.values) size += empty + value.size();
   }
-  constexpr size_t most = 512;
   return size > most;
 }
 

@@ -18,7 +18,7 @@ namespace px {
 // A number that equal heads share and most others don't.
 size_t numberOfHead(const Property &property);
 bool isSameHead(const Property &a, const Property &b);
-// Whether a head tells so much that it isn't to be kept.
+// Whether a head takes so much memory that it isn't to be kept.
 bool isLongHead(const Property &property);
 
 template <class Made>

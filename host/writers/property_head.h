@@ -23,7 +23,7 @@ struct PropertyHead {
   std::string label;        // fit to be shown
   std::string group;        // what the card calls its group; stands in parentheses
   std::string additions;    // stands there too: "home, voice"
-  std::string heading;      // label and parentheses; setHeading keeps it up
+  std::string heading;      // label and parentheses, as setHeading found them
   std::vector<Row> rows;    // of its parameters
   std::string timeZone;     // stands behind a date
   std::string omittedYear;  // stands for none in a date

@@ -116,11 +116,10 @@ void WrappedLines::write(std::string_view utf8) {
 }
 
 // Adds the printable ASCII at the head of `text`, all of which has room in the line. Answers its
-// length. Sixteen bytes are copied and looked at at a step, in a register: to read again what has
-// just been written in pieces would wait until it has reached the cache.
+// length. Sixteen bytes at a time are copied by way of a register and looked at there: reading what
+// was written a moment ago, in other pieces, would wait for the cache.
 size_t WrappedLines::addAscii(std::string_view text) {
   constexpr size_t step = sizeof(ByteVector);
-  if (lineSize() + text.size() > kMaxLine) spill();
   char *const to = room(text.size());
   size_t length = 0;
   size_t behindBlank = 0;
@@ -146,6 +145,7 @@ size_t WrappedLines::addAscii(std::string_view text) {
   open_ = true;
   size_ += length;
   column_ += static_cast<uint32_t>(length);
+  if (lineSize() > kMaxLine) spill();
   return length;
 }
 

@@ -34,9 +34,10 @@
  *
  * What is promised. No input makes the filter crash, hang or read out of bounds, and nothing is
  * allocated while a card is read. Malformed input is no error: a broken line costs at most itself.
- * Two things cost more, since they end the input: a byte 0xFF, which reads as the end everywhere
- * but in plain text of a value; and position 4,294,967,295 (2^32 - 1), since positions have 32
- * bits. The bytes from there on are never seen. The library keeps no writable global state: streams
+ * Two things cost more, since they end the input: a byte 0xFF, which reads as the end in the head
+ * of a line, in quoted-printable text that is listed, and in values that the pass for the summary
+ * reads as heads, though not in plain text that is listed; and position 4,294,967,295 (2^32 - 1),
+ * since positions have 32 bits. The bytes from there on are never seen. The library keeps no writable global state: streams
  * on different threads are independent, each record and stream belongs to one caller at a time.
  *
  * What is not promised. Pointers given to the filter aren't checked, but where a routine's comment

@@ -25,8 +25,8 @@ inline uint8_t VcardJoinNibbles(uint8_t first, uint8_t second) {
 // Decodes what follows an equals sign, which the caller has just taken, and stores one byte at
 // `out`: the value of two hex digits, or, behind a soft line break, the first byte of the next
 // line or the value of an escape that stands there. A bad digit counts as 15. Sets `*atEof` when a
-// soft line break begun by CR ends in the byte 255, the one end of the input that is told. Always
-// answers 0.
+// soft line break of CRs alone runs into the byte 255, the one end of the input that is told.
+// Always answers 0.
 inline int32_t VcardDecodeQp(uint8_t *out, VcardStream *stream, int16_t *atEof) {
   if (stream->Remaining >= 2 && stream->Ptr[0] != '\r' && stream->Ptr[0] != '\n') [[likely]] {
     *out = VcardJoinNibbles(stream->Ptr[0], stream->Ptr[1]);

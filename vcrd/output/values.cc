@@ -3,9 +3,9 @@
 // There are two ways through a value. The slow one takes it character by character: PutLine from
 // VcardGetChar, PutQpText from the raw read and VcardDecodeQp. The fast one, PutLineInBuffer and
 // PutQpInBuffer, does the same with what lies in the buffer: it emits the bytes between two special
-// ones as a run, and folds, escapes and UTF-8 forms from where they stand. In front of anything
-// that isn't whole in the buffer, or that only the readers know to handle, it gives back to the
-// slow one, which takes one character.
+// ones as a run, and folds and escapes from where they stand, those of PutLineInBuffer also UTF-8
+// forms. In front of anything that isn't whole in the buffer, or that only the readers know to
+// handle, it gives back to the slow one, which takes one character.
 
 #include "vcrd/output/values.h"
 
@@ -152,7 +152,7 @@ void PutIndent(const VcardData *data) {
   SoEmitSpecial(SoSpecialTab, data);
 }
 
-// What an escape of a quoted-printable value stands for.
+// What VcardDecodeQp has answered: what an escape stands for, or a byte behind a soft line break.
 inline void PutDecoded(uint8_t byte, bool utf8, VcardData *data) {
   if (byte == kLf) {
     VcardPutLineBreak(data);

@@ -108,7 +108,7 @@ int32_t StateBehind(uint8_t delimiter) {
 }
 
 // Where the stream stands when a pushed-back byte is put back, or null when the byte that was
-// pushed back isn't the one before.
+// pushed back isn't the one before, or nothing is left in the buffer.
 const uint8_t *BeginOfToken(const VcardData *data) {
   const VcardStream *stream = data->Stream;
   if (stream->Remaining <= 0) return nullptr;
