@@ -179,7 +179,7 @@ class Bench {
   std::vector<Result> results_;
 };
 
-// For bench/px_read.py.
+// For bench/pxcards_read.py.
 void writeCorpora(const fs::path &folder) {
   for (const Corpus &corpus : corpora()) {
     if (corpus.purpose != Purpose::Kind) continue;

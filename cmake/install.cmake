@@ -43,7 +43,7 @@ install(FILES packaging/pxcard.mailcap
   DESTINATION lib/mime/packages RENAME pxcard COMPONENT command)
 
 set(packages runtime libpx${PX_SOVERSION} development libpx-dev command pxcard
-  python python3-px)
+  python python3-pxcards)
 while(packages)
   list(POP_FRONT packages component package)
   install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} RENAME copyright

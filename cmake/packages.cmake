@@ -1,4 +1,4 @@
-# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev, pxcard and python3-px. A
+# Debian packages, made by `cpack` in the build folder: libpx1, libpx-dev, pxcard and python3-pxcards. A
 # package more is a component more: its name in the list, and the lines that describe it. The preset
 # `package` is for them: the Python package's folder is that of the prefix that is configured.
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
@@ -41,19 +41,19 @@ set(CPACK_COMPONENT_COMMAND_DESCRIPTION
   "shows vCard and vCalendar files
 pxcard shows cards and calendars as text or JSON and saves what is embedded in them.")
 
-set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-px)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-pxcards)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
   "python3 (>= 3.11), libpx${PX_SOVERSION} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-dask, python3-distributed, python3-pandas")
 set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
-  ${PROJECT_SOURCE_DIR}/packaging/python3-px/postinst
-  ${PROJECT_SOURCE_DIR}/packaging/python3-px/prerm)
+  ${PROJECT_SOURCE_DIR}/packaging/python3-pxcards/postinst
+  ${PROJECT_SOURCE_DIR}/packaging/python3-pxcards/prerm)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_COMPONENT_PYTHON_DESCRIPTION
   "vCard and vCalendar reader for Python
-The package px gives a record for each card, and reads what is embedded in it. With Dask it reads
+The package pxcards gives a record for each card, and reads what is embedded in it. With Dask it reads
 folders of card files on many machines.")
 
 include(CPack)

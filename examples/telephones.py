@@ -3,10 +3,10 @@
 
 import sys
 
-import px
+import pxcards
 
 for path in sys.argv[1:]:
-    for card in px.read(path):
+    for card in pxcards.read(path):
         for telephone in card.telephones:
             print(card.name, telephone.value, ", ".join(telephone.types), sep="\t")
         for number, photo in enumerate(one.object for one in card.find("PHOTO") if one.object):

@@ -26,9 +26,9 @@ chroot "$bare" sh -eu -c '
   pxcard --format jsonl samples/picture.vcf >expected
   pxcard --extract objects samples/picture.vcf >/dev/null
 
-  $install ./python3-px_*.deb >/dev/null 2>&1
-  test -d /usr/lib/python3/dist-packages/px/__pycache__
-  python3 -m px samples/picture.vcf | cmp - expected
+  $install ./python3-pxcards_*.deb >/dev/null 2>&1
+  test -d /usr/lib/python3/dist-packages/pxcards/__pycache__
+  python3 -m pxcards samples/picture.vcf | cmp - expected
   python3 examples/telephones.py samples/picture.vcf >telephones
   grep -q "^Dr. Maja Lindstr" telephones
   cmp photo-1-0 objects/1-photo-1.jpg
@@ -44,6 +44,6 @@ chroot "$bare" sh -eu -c '
   ./host samples/picture.vcf | grep -q Telephone
   build/filter_host samples/picture.vcf | grep -q Telephone
 
-  apt-get purge -y -qq pxcard python3-px libpx-dev libpx1 >/dev/null 2>&1
-  ! find /usr -name "*libpx*" -o -name "pxcard*" -o -name px -o -name python3-px | grep .'
+  apt-get purge -y -qq pxcard python3-pxcards libpx-dev libpx1 >/dev/null 2>&1
+  ! find /usr -name "*libpx*" -o -name "pxcard*" -o -name pxcards -o -name python3-pxcards | grep .'
 echo "the packages work in a bare root"

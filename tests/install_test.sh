@@ -48,7 +48,7 @@ for bin in "$work/bin" "$work/cmake"; do
 done
 
 PYTHONPATH=$(echo "$prefix"/lib/python3*/dist-packages) PX_LIBRARY=$prefix/lib/libpx_cards.so.1 \
-  /usr/bin/python3 -B -m px "$root"/samples/*.v?? >"$work/lines" 2>/dev/null || test $? = 1
+  /usr/bin/python3 -B -m pxcards "$root"/samples/*.v?? >"$work/lines" 2>/dev/null || test $? = 1
 diff "$work/lines" "$work/expected"
 
 # Each piece of C in the README is a run of lines of an example.

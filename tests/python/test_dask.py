@@ -1,8 +1,8 @@
 """A local cluster of two worker processes gives what a single run gives."""
 import warnings
 
-import px
-import px.dask
+import pxcards
+import pxcards.dask
 import pytest
 from conftest import FILES
 from dask.distributed import Client, LocalCluster
@@ -18,7 +18,7 @@ def client():
 @pytest.fixture(autouse=True)
 def no_faults():
     with warnings.catch_warnings():
-        warnings.simplefilter("ignore", px.FaultWarning)
+        warnings.simplefilter("ignore", pxcards.FaultWarning)
         yield
 
 
@@ -28,8 +28,8 @@ def compute(work, timeout=60):
 
 
 def test_the_cluster_gives_what_one_run_gives(client):
-    alone = [one for path in FILES for one in px.read(path)]
-    bag = px.dask.read(FILES, block_size=2000)
+    alone = [one for path in FILES for one in pxcards.read(path)]
+    bag = pxcards.dask.read(FILES, block_size=2000)
     assert bag.npartitions > 4
     assert len(client.scheduler_info()["workers"]) == 2
     together = compute(bag)
@@ -39,9 +39,9 @@ def test_the_cluster_gives_what_one_run_gives(client):
 
 
 def test_frame(client):
-    alone = [one for path in FILES for one in px.read(path)]
-    table = compute(px.dask.frame(FILES, block_size=2000))
-    assert list(table.columns) == list(px.dask.COLUMNS)
+    alone = [one for path in FILES for one in pxcards.read(path)]
+    table = compute(pxcards.dask.frame(FILES, block_size=2000))
+    assert list(table.columns) == list(pxcards.dask.COLUMNS)
     assert list(table.name.fillna("")) == [one.name or "" for one in alone]
     assert list(table.telephones.fillna("")) == [
         "\n".join(number.value for number in one.telephones) for one in alone]
@@ -53,11 +53,11 @@ def test_folders_and_files_that_cannot_be_read(client, tmp_path):
     for number, name in enumerate(["b.vcf", "a.VCF", "c/d.vcs", "c/e.txt"]):
         (tmp_path / name).parent.mkdir(exist_ok=True)
         (tmp_path / name).write_bytes(card % number)
-    names = px.dask.read(tmp_path, block_size=1).map(lambda one: one.name)
+    names = pxcards.dask.read(tmp_path, block_size=1).map(lambda one: one.name)
     assert compute(names) == ["1", "0", "2"]
-    assert compute(px.dask.read([])) == []
+    assert compute(pxcards.dask.read([])) == []
     (tmp_path / "b.vcf").write_bytes(b"?")
-    with pytest.raises(px.Error, match="b.vcf: not a vCard"):
-        compute(px.dask.read(tmp_path))
-    rest = px.dask.read([tmp_path, tmp_path / "gone"], skip_unreadable=True)
+    with pytest.raises(pxcards.Error, match="b.vcf: not a vCard"):
+        compute(pxcards.dask.read(tmp_path))
+    rest = pxcards.dask.read([tmp_path, tmp_path / "gone"], skip_unreadable=True)
     assert compute(rest.map(lambda one: one.name)) == ["1", "2"]

@@ -8,8 +8,8 @@ from collections.abc import Callable
 from dataclasses import dataclass
 from typing import TYPE_CHECKING, Any, BinaryIO, cast
 
-from px._input import FileSource, Input, ObjectFile, Settings
-from px._library import Error, Result
+from pxcards._input import FileSource, Input, ObjectFile, Settings
+from pxcards._library import Error, Result
 
 _parse = json.JSONDecoder().raw_decode  # without a look for spaces around the text
 

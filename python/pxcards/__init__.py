@@ -1,8 +1,8 @@
 """What a person sees in vCard and vCalendar files.
 
-    import px
+    import pxcards
 
-    for card in px.read("ann.vcf"):
+    for card in pxcards.read("ann.vcf"):
         print(card.name, [one.value for one in card.telephones])
 
 `read` takes a path, bytes or a binary file and gives a record for each section: a card, or a part
@@ -13,10 +13,10 @@ PX_LIBRARY names, or else the system's.
 Nothing that comes from a card is to be trusted: not the title of an attachment, not a URL.
 """
 
-from px._input import Source
-from px._library import Error, Result, version
-from px._reader import Fault, FaultWarning, Reader, read
-from px._records import Object, Property, Section, Typed
+from pxcards._input import Source
+from pxcards._library import Error, Result, version
+from pxcards._reader import Fault, FaultWarning, Reader, read
+from pxcards._records import Object, Property, Section, Typed
 
 __all__ = ["Error", "Fault", "FaultWarning", "Object", "Property", "Reader", "Result", "Section",
            "Source", "Typed", "read", "version"]

@@ -1,11 +1,12 @@
 """Folders of card files by Dask, on all cores or on many machines.
 
-    import dask.distributed, px.dask
+    import dask.distributed, pxcards.dask
 
     with dask.distributed.Client("scheduler.example.org:8786"):
-        names = px.dask.read("/srv/cards").map(lambda card: card.name).compute()
+        names = pxcards.dask.read("/srv/cards").map(lambda card: card.name).compute()
 
-The workers open the files themselves: each has to see them under the same path, and to have px.
+The workers open the files themselves: each has to see them under the same path, and to have
+pxcards.
 """
 
 from __future__ import annotations
@@ -16,9 +17,9 @@ from typing import TYPE_CHECKING, Any, Union
 
 from dask.bag.core import Bag, from_sequence
 
-from px import Error, Fault, Section
-from px import read as read_file
-from px._reader import warn
+from pxcards import Error, Fault, Section
+from pxcards import read as read_file
+from pxcards._reader import warn
 
 if TYPE_CHECKING:
     from dask.dataframe.core import DataFrame
@@ -44,9 +45,9 @@ def read(paths: Path | Iterable[Path], *, block_size: int = 1 << 22, skip_unread
     `SUFFIXES`, in the order of their names. A partition is files of about `block_size` bytes
     together; a file is never divided.
 
-    A file that can't be read raises `px.Error`. With `skip_unreadable` there is a
-    `px.FaultWarning` instead, on the worker, and the sections before the error stand. `raw` and
-    `limit` are those of `px.read`.
+    A file that can't be read raises `pxcards.Error`. With `skip_unreadable` there is a
+    `pxcards.FaultWarning` instead, on the worker, and the sections before the error stand. `raw` and
+    `limit` are those of `pxcards.read`.
     """
     if isinstance(paths, (str, os.PathLike)):
         paths = [paths]

@@ -8,7 +8,7 @@ import subprocess
 import sys
 from concurrent.futures import ThreadPoolExecutor
 
-import px
+import pxcards
 import pytest
 from conftest import FILES, ROOT, pxcard
 
@@ -21,9 +21,9 @@ def read(source, faults=None):
     """The sections and the text of the error that ended them."""
     sections = []
     try:
-        for section in px.read(source, fault=[].append if faults is None else faults.append):
+        for section in pxcards.read(source, fault=[].append if faults is None else faults.append):
             sections.append(section)
-    except px.Error as error:
+    except pxcards.Error as error:
         return sections, error.text
     return sections, None
 
@@ -83,7 +83,7 @@ def test_gives_what_pxcard_gives(path, tmp_path):
 @pytest.mark.parametrize("path", FILES, ids=os.path.basename)
 def test_objects_now_and_later(path):
     now, sections = [], []
-    for section in px.read(path, fault=lambda _: None):
+    for section in pxcards.read(path, fault=lambda _: None):
         sections.append(section)
         now += [one.read() for one in section.objects]
     objects = [one for section in sections for one in section.objects]
@@ -96,38 +96,38 @@ def test_objects_now_and_later(path):
 
 def test_objects_are_files(tmp_path):
     for source in CARDS, io.BytesIO(CARDS):
-        cards = list(px.read(source))
+        cards = list(pxcards.read(source))
         assert [one.objects[0].read() for one in cards] == PHOTOS
         with cards[0].objects[0].open() as one, cards[1].objects[0].open() as two:
             assert two.read(10) == PHOTOS[1][:10]
             assert one.read() == PHOTOS[0]
             assert two.read() == PHOTOS[1][10:]
-        with pytest.raises(px.Error, match="not at hand"):
+        with pytest.raises(pxcards.Error, match="not at hand"):
             pickle.loads(pickle.dumps(cards[0])).objects[0].read()
     path = tmp_path / "cards.vcf"
     path.write_bytes(CARDS)
-    cards = list(px.read(path))
+    cards = list(pxcards.read(path))
     path.write_bytes(CARDS.replace(b"Ann", b"Bob"))
-    with pytest.raises(px.Error, match="has changed"):
+    with pytest.raises(pxcards.Error, match="has changed"):
         cards[1].objects[0].read()
-    reader = px.read(CARDS)
+    reader = pxcards.read(CARDS)
     first = next(reader)
     file = first.objects[0].open()
     next(reader)
     assert first.objects[0].read() == PHOTOS[0]
-    with pytest.raises(px.Error) as raised:
+    with pytest.raises(pxcards.Error) as raised:
         file.read()
-    assert raised.value.result == px.Result.OBJECT
+    assert raised.value.result == pxcards.Result.OBJECT
     reader.close()
     assert list(reader) == []
-    with pytest.raises(px.Error, match="closed"):
+    with pytest.raises(pxcards.Error, match="closed"):
         file.read()
-    damaged = next(px.read(b"BEGIN:VCARD\nKEY;BASE64:QUJD*QUJD\nEND:VCARD\n", raw=True))
+    damaged = next(pxcards.read(b"BEGIN:VCARD\nKEY;BASE64:QUJD*QUJD\nEND:VCARD\n", raw=True))
     with damaged.objects[0].open() as content:
         assert content.read(3) == b"ABC"
-        with pytest.raises(px.Error) as raised:
+        with pytest.raises(pxcards.Error) as raised:
             content.read()
-        assert raised.value.result == px.Result.DAMAGED
+        assert raised.value.result == pxcards.Result.DAMAGED
 
 
 class Odd(io.BytesIO):
@@ -136,9 +136,9 @@ class Odd(io.BytesIO):
 
 
 @pytest.mark.parametrize("source, error, text", [
-    ("no such.vcf", px.Error, "^no such.vcf: No such file"),
-    (b"nothing of that kind", px.Error, "not a vCard"),
-    (b"", px.Error, "not a vCard"),
+    ("no such.vcf", pxcards.Error, "^no such.vcf: No such file"),
+    (b"nothing of that kind", pxcards.Error, "not a vCard"),
+    (b"", pxcards.Error, "not a vCard"),
     ("a\0b.vcf", ValueError, "null"),
     (io.StringIO(CARDS.decode()), TypeError, "binary"),
     (5, TypeError, "int"),
@@ -148,18 +148,18 @@ class Odd(io.BytesIO):
 ])
 def test_errors(source, error, text):
     with pytest.raises(error, match=text):
-        list(px.read(source))
+        list(pxcards.read(source))
 
 
 def test_faults_are_warnings():
-    with pytest.warns(px.FaultWarning, match="no colon"):
-        assert [one.name for one in px.read(CARDS.replace(b"VERSION:", b"VERSION", 1))]
+    with pytest.warns(pxcards.FaultWarning, match="no colon"):
+        assert [one.name for one in pxcards.read(CARDS.replace(b"VERSION:", b"VERSION", 1))]
 
 
 @pytest.mark.filterwarnings("error")
 def test_a_warning_that_is_an_error_ends_nothing():
-    reader = px.read(CARDS.replace(b"VERSION:", b"VERSION", 1))
-    with pytest.raises(px.FaultWarning):
+    reader = pxcards.read(CARDS.replace(b"VERSION:", b"VERSION", 1))
+    with pytest.raises(pxcards.FaultWarning):
         next(reader)
     assert [one.number for one in reader] == [2, 3]
 
@@ -167,18 +167,18 @@ def test_a_warning_that_is_an_error_ends_nothing():
 def test_what_costs_too_much():
     costly = b"BEGIN:VCARD\nN:a;\nEND:VCARD\n" * 6000
     cards = []
-    with pytest.raises(px.Error, match="more work than its size allows") as raised:
-        cards.extend(card.number for card in px.read(costly, raw=True))
-    assert raised.value.result == px.Result.LIMIT
-    further = itertools.islice(px.read(costly, raw=True, limit=False), len(cards), None)
+    with pytest.raises(pxcards.Error, match="more work than its size allows") as raised:
+        cards.extend(card.number for card in pxcards.read(costly, raw=True))
+    assert raised.value.result == pxcards.Result.LIMIT
+    further = itertools.islice(pxcards.read(costly, raw=True, limit=False), len(cards), None)
     assert next(further).number == cards[-1] + 1
 
 
 def test_threads_take_turns():
-    reader = px.read(CARDS * 500)
+    reader = pxcards.read(CARDS * 500)
     with ThreadPoolExecutor(4) as pool:
         shares = pool.map(lambda _: [card.number for card in reader if card.name], range(4))
-        cards = list(px.read(io.BytesIO(CARDS * 30)))
+        cards = list(pxcards.read(io.BytesIO(CARDS * 30)))
         photos = list(pool.map(lambda card: card.objects[0].read(), cards))
     assert sorted(itertools.chain(*shares)) == list(range(1, 1501))
     assert photos == PHOTOS * 30
@@ -193,12 +193,12 @@ def test_command(tmp_path):
     files = [*FILES, str(tmp_path / "no card")]
     command = subprocess.run([os.environ["PXCARD"], "--format", "jsonl", *files],
                              capture_output=True, timeout=60)
-    ran = run("-m", "px", *files)
+    ran = run("-m", "pxcards", *files)
     assert list(map(json.loads, ran.stdout.splitlines())) == list(
         map(json.loads, command.stdout.splitlines()))
     assert ran.returncode == command.returncode == 1
     assert b"no card: not a vCard" in ran.stderr
-    assert rb"no\x1b: No such file" in run("-m", "px", "no\33").stderr
+    assert rb"no\x1b: No such file" in run("-m", "pxcards", "no\33").stderr
 
 
 def test_example(tmp_path, monkeypatch):
@@ -215,5 +215,5 @@ def test_example(tmp_path, monkeypatch):
 def test_types():
     pytest.importorskip("mypy", reason="mypy is not installed")
     ran = run("-m", "mypy", "--strict", "--follow-imports=skip", "--cache-dir=/dev/null",
-              "-p", "px")
+              "-p", "pxcards")
     assert ran.returncode == 0, ran.stdout.decode()

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What px.read costs beside json.loads over the same lines: bench/px_read.py FILE...
+"""What pxcards.read costs beside json.loads over the same lines: bench/pxcards_read.py FILE...
 
 PYTHONPATH and PX_LIBRARY name the package and the library to measure, of a release build. The files
 are measured together; each round reads them, and parses the lines that are in memory, in turn. It
@@ -11,7 +11,7 @@ import statistics
 import sys
 import time
 
-import px
+import pxcards
 
 ROUNDS = 9
 
@@ -19,8 +19,8 @@ ROUNDS = 9
 def sections(files):
     for file in files:
         try:
-            yield from px.read(file, fault=lambda _: None)
-        except px.Error as error:
+            yield from pxcards.read(file, fault=lambda _: None)
+        except pxcards.Error as error:
             print(error, file=sys.stderr)
 
 
@@ -35,8 +35,8 @@ def main(files):
     lines = [one.to_json() for one in sections(files)]
     ways = {
         "json.loads": lambda: map(json.loads, lines),
-        "px.read": lambda: sections(files),
-        "px.read, each name": lambda: (one.name for one in sections(files)),
+        "pxcards.read": lambda: sections(files),
+        "pxcards.read, each name": lambda: (one.name for one in sections(files)),
     }
     times = {name: [] for name in ways}
     for _ in range(ROUNDS):

@@ -1,18 +1,18 @@
-"""python -m px FILE...: the cards as JSON, one section a line."""
+"""python -m pxcards FILE...: the cards as JSON, one section a line."""
 
 import argparse
 import json
 import os
 import sys
 
-import px
-from px._reader import printable
+import pxcards
+from pxcards._reader import printable
 
 
 def main() -> int:
-    parser = argparse.ArgumentParser(prog="python -m px", description="Writes the sections of card "
-                                     "files as JSON, one a line. Errors are told on standard error "
-                                     "and make the exit code 1.")
+    parser = argparse.ArgumentParser(
+        prog="python -m pxcards", description="Writes the sections of card files as JSON, one a "
+        "line. Errors are told on standard error and make the exit code 1.")
     parser.add_argument("files", nargs="+", metavar="FILE", help="'-' is standard input")
     parser.add_argument("--raw", action="store_true", help="read the bytes as they stand")
     parser.add_argument("--no-limit", dest="limit", action="store_false",
@@ -23,16 +23,16 @@ def main() -> int:
     def complain(text: str) -> None:
         nonlocal code
         code = 1
-        print("px:", printable(text), file=sys.stderr)
+        print("pxcards:", printable(text), file=sys.stderr)
 
     for file in options.files:
         name = "standard input" if file == "-" else file
         try:
-            for section in px.read(sys.stdin.buffer if file == "-" else file, raw=options.raw,
+            for section in pxcards.read(sys.stdin.buffer if file == "-" else file, raw=options.raw,
                                    limit=options.limit,
                                    fault=lambda one: complain(f"{name}: line {one.line}: {one.text}")):
                 out.write(section.to_json().encode() + b"\n")
-        except px.Error as error:
+        except pxcards.Error as error:
             complain(f"{name}: {error.text}")
             shown = name.encode(errors="replace").decode()
             out.write(json.dumps({"file": shown, "error": error.text}).encode() + b"\n")

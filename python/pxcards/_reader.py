@@ -6,8 +6,8 @@ import warnings
 from collections.abc import Callable, Iterator
 from dataclasses import dataclass
 
-from px._input import Input, Settings, Source, name_of, prepare
-from px._records import Origin, Section
+from pxcards._input import Input, Settings, Source, name_of, prepare
+from pxcards._records import Origin, Section
 
 
 @dataclass(frozen=True)

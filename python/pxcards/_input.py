@@ -12,8 +12,8 @@ from collections.abc import Callable
 from dataclasses import dataclass, field
 from typing import IO, Any, BinaryIO, Union
 
-from px._library import (Error, Events, FaultRoutine, GetInfoSlot, Io, ReadSlot, Result, Seek64Slot,
-                         SeekSlot, Tell64Slot, Text, library)
+from pxcards._library import (Error, Events, FaultRoutine, GetInfoSlot, Io, ReadSlot, Result,
+                              Seek64Slot, SeekSlot, Tell64Slot, Text, library)
 
 _GOOD = int(Result.GOOD)  # looking up a member takes as long as a call
 
