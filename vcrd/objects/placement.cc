@@ -112,7 +112,7 @@ void VcardPutObject(uint32_t start, uint32_t end, VcardData *data) {
   SoEmitObject(&record, data);
 }
 
-void VcardPutAttachment(VcardData *data) {
+void VcardPutAttach(VcardData *data) {
   VcardText name;
   VcardLowerText(name, data->ExtParmName);
   const bool hasTitle = VcardSameText(name, "x-filename");

@@ -17,6 +17,6 @@ void VcardPutObject(uint32_t start, uint32_t end, VcardData *data);
 
 // Places the Base64 text at the stream as an attachment, with the title of its X-FILENAME parameter
 // or the host's text for one without.
-void VcardPutAttachment(VcardData *data);
+void VcardPutAttach(VcardData *data);
 
 #endif

@@ -191,7 +191,7 @@ void AttachForm(const ListingRow &row, VcardData *data) {
   VcardPutLineBreak(data);
   SoUseStyle(data->StylePlain, data);
   if (data->ValueKind == ValueBinary && data->Encoding == EncodingBase64) {
-    VcardPutAttachment(data);
+    VcardPutAttach(data);
   } else {
     Value(data);
   }
