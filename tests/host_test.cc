@@ -572,29 +572,40 @@ std::string failureOf(const FileIo &io) {
   return "";
 }
 
-// What goes wrong is a failure that a program can see: a read past the largest input, and the end
-// of a file that has become shorter.
+// What goes wrong is a failure that a program can see: a read past the largest input, and a file
+// that isn't what it was any more. One that has only got another name is.
 TEST(Host, FilesThatAreNotReadToTheirEnd) {
+  const auto become = [](uint64_t size) {
+    return [=](int file) { return ftruncate(file, off_t(size)); };
+  };
+  const auto nothing = [](int) { return 0; };
   const struct {
-    uint64_t before, after, from, count;
+    uint64_t size, from;
+    std::function<int(int)> change;  // behind a first read
     std::string failure;
-  } cases[] = {{LargestInput, LargestInput, LargestInput - 2, 2, ""},
-               {LargestInput + 1, LargestInput + 1, LargestInput - 2, 2, "File too large"},
-               {100, 50, 48, 2, "cut short while it was read"},
-               {50, 100, 98, 2, ""},
-               {0, 0, 0, 0, ""}};
+  } cases[] = {
+      {LargestInput, LargestInput - 2, nothing, ""},
+      {LargestInput + 1, LargestInput - 2, nothing, "File too large"},
+      {0, 0, nothing, ""},
+      {100, 98, become(99), "cut short while it was read"},
+      {100, 98, become(101), "changed while it was read"},
+      {100, 98, [](int file) { return pwrite(file, "B", 1, 0) - 1; }, "changed while it was read"},
+      {100, 98, [](int file) { return fchmod(file, 0600); }, ""},
+  };
   for (const auto &c : cases) {
     FileDescriptor file(memfd_create("px", 0));
     const int number = file.number();
-    ASSERT_EQ(ftruncate(number, off_t(c.before)), 0);
+    ASSERT_EQ(ftruncate(number, off_t(c.size)), 0);
+    const timespec longAgo[2] = {};
+    ASSERT_EQ(futimens(number, longAgo), 0);
     FileIo io(std::move(file));
-    ASSERT_EQ(ftruncate(number, off_t(c.after)), 0);
     char buffer[8];
     uint32_t count = 0;
     EXPECT_EQ(io.Seek64(&io, 0, int64_t(c.from)), 0);
     EXPECT_EQ(io.Read(&io, buffer, 8, &count), 0);
-    EXPECT_EQ(count, c.count);
-    EXPECT_EQ(io.Read(&io, buffer, 8, &count) != 0, !c.failure.empty());
+    EXPECT_EQ(count, c.size - c.from - (c.size > LargestInput ? 1 : 0));
+    ASSERT_EQ(c.change(number), 0);
+    EXPECT_EQ(io.Read(&io, buffer, 8, &count) != 0, !c.failure.empty()) << c.failure;
     EXPECT_EQ(count, 0U);
     EXPECT_EQ(failureOf(io), c.failure);
   }

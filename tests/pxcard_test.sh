@@ -98,11 +98,23 @@ same 'closed pipe' "${PIPESTATUS[*]} $(<err)" '1 0 '
 "$pxcard" --jobs 2 --format trace "${many[@]}" 2>err | head -n 1 >out
 same 'closed pipe, in parallel' "${PIPESTATUS[*]} $(<err)" '1 0 '
 
-# A file that becomes shorter while it is read: at the first line of the trace most is still unread.
+# A file that becomes shorter or is written over while it is read: at the first line of the trace most
+# is still unread.
 for _ in {1..500}; do cat "$agent"; done >long.vcf
-cp long.vcf shrinking.vcf
-"$pxcard" --format trace shrinking.vcf 2>err | { read -r _; : >shrinking.vcf; cat >out; }
-same 'shrinking' "${PIPESTATUS[0]} $(<err)" '1 pxcard: shrinking.vcf: cut short while it was read'
+for change in 'truncate -s 0 :cut short' 'dd if=long.vcf conv=notrunc status=none of=:changed'; do
+  cp long.vcf changing.vcf
+  touch -d 1999-12-31 changing.vcf
+  # shellcheck disable=SC2086
+  "$pxcard" --format trace changing.vcf 2>err |
+    { read -r _; set -f; ${change%%:*}changing.vcf; cat >out; }
+  same "$change" "${PIPESTATUS[0]} $(<err)" "1 pxcard: changing.vcf: ${change#*:} while it was read"
+done
+
+# JSON calls a file what it was given as, in any language.
+expect 1 'pxcard: Standardeingabe: keine vCard- oder vCalendar-Datei
+pxcard: a�b: Datei oder Ordner nicht gefunden' --lang de --format jsonl - $'a\nb' <wrong.txt
+same 'names in JSON' "$(<out)" '{"file":"standard input","error":"keine vCard- oder vCalendar-Datei"}
+{"file":"a\nb","error":"Datei oder Ordner nicht gefunden"}'
 
 # Formats, and what is said of damage.
 expect 0 '' --format jsonl "$agent" "$agent"

@@ -33,6 +33,7 @@ namespace {
     N_("Too many open files"),
 
     N_("an embedded object can't be read"),
+    N_("changed while it was read"),
     N_("cut short while it was read"),
     N_("not a vCard or vCalendar file"),
     N_("temporary file in TMPDIR or /tmp"),

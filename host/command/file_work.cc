@@ -55,6 +55,9 @@ class FileWork {
   bool run();
 
  private:
+  bool isJson() const { return options_.task == Task::Json || options_.task == Task::JsonLines; }
+  // What JSON calls the file: the name as it was given, and one word in every language.
+  std::string givenName() const { return input_.name == "-" ? "standard input" : input_.name; }
   void open(FileIo *io);
   void read(FileIo *io);
   void readAll(FileIo *io);
@@ -117,7 +120,7 @@ void FileWork::open(FileIo *io) {
   PxSetRaw(reader, options_.raw);
   PxSetLimit(reader, !options_.noLimit);
   reader_.check(PxOpenIo(reader, io));
-  reader_.check(PxSetName(reader, name_.c_str()));
+  reader_.check(PxSetName(reader, isJson() ? givenName().c_str() : name_.c_str()));
 }
 
 void FileWork::read(FileIo *io) {
@@ -165,9 +168,10 @@ void FileWork::readAll(FileIo *io) {
 // Tells what has ended the file before its end.
 void FileWork::end(const std::string &fault) {
   const std::string shown = printable(fault);
-  if (options_.task == Task::Json || options_.task == Task::JsonLines) {
+  if (isJson()) {
+    const std::string name = givenName();
     writeJson(
-        [&] { return PxWriteJsonError(name_.c_str(), shown.c_str(), CardReader::sink, &reader_); });
+        [&] { return PxWriteJsonError(name.c_str(), shown.c_str(), CardReader::sink, &reader_); });
   }
   if (options_.task == Task::Html) {
     reader_.check(PxTellOnPage(reader_.get(), name_.c_str(), shown.c_str()));

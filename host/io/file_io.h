@@ -3,6 +3,8 @@
 #ifndef PX_HOST_IO_FILE_IO_H
 #define PX_HOST_IO_FILE_IO_H
 
+#include <time.h>
+
 #include <atomic>
 #include <cstdint>
 
@@ -25,19 +27,24 @@ class FileIo final : public PositionedIo<FileIo> {
   void countIn(std::atomic<uint64_t> *count) { count_ = count; }
 
   // Throws std::runtime_error, whose text is for a person, when a read has failed: also when the
-  // file is larger than LargestInput, or has become shorter than it was in the beginning. The
-  // filter takes a failure for the end of the input, so a program asks here after the run.
+  // file is larger than LargestInput, or isn't any more what it was in the beginning: cut short,
+  // written over, longer. The filter takes a failure for the end of the input, so a program asks
+  // here after the run.
   void check() const;
 
   int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count);
 
  private:
+  bool isAsItWas();
+
   FileDescriptor file_;
-  uint64_t size_ = 0;  // in the beginning; 0 where the file has none
+  bool isRegular_ = false;  // else there is no size and no time to know it by
+  uint64_t size_ = 0;       // in the beginning, as is the time of the last writing
+  timespec written_{};
   std::atomic<uint64_t> *count_ = nullptr;
   uint64_t reached_ = 0;
   int error_ = 0;  // errno of the first read that failed
-  bool cutShort_ = false;
+  bool cutShort_ = false, changed_ = false;
 };
 
 }  // namespace px

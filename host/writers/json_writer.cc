@@ -102,7 +102,7 @@ void JsonWriter::beginFile(std::string_view name) {
 void JsonWriter::error(std::string_view file, std::string_view message) {
   closeSection();
   beginObject();
-  json_.member("file", asUtf8(file));
+  if (!file.empty()) json_.member("file", asUtf8(file));
   json_.member("error", asUtf8(message));
   endObject();
 }
@@ -123,7 +123,7 @@ void JsonWriter::beginSection(const Section &section) {
   closeSection();
   beginObject();
   place_ = Place::Section;
-  json_.member("file", file_);
+  if (!file_.empty()) json_.member("file", file_);
   json_.member("section", section.number);
   const bool isVcard = section.format == VcardFormatVcard;
   json_.member("format", isVcard ? "vcard" : "vcalendar");

@@ -34,8 +34,8 @@ class JsonWriter : public CardEvents {
  public:
   JsonWriter(JsonForm form, ContentTypeOf contentTypeOf, TextSink sink);
 
-  // `name` is what the sections that follow are told to stand in; what isn't UTF-8 in it
-  // becomes U+FFFD.
+  // `name` is what the sections that follow are told to stand in, empty where nothing is; what
+  // isn't UTF-8 in it becomes U+FFFD.
   void beginFile(std::string_view name);
 
   // Adds an object that tells that a file, or the rest of it, couldn't be read. A section that has
