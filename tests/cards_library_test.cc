@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
 #include <clocale>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -157,9 +160,9 @@ struct Events : PxEvents {
     beginProperty = [](void *user, const PxProperty *property) {
       std::string line = "property " + std::to_string(property->label) + " " + str(property->name);
       for (uint64_t i = 0; i < property->parameterCount; ++i) {
-        line += ";" + str(property->parameters[i].name);
-        for (uint64_t j = 0; j < property->parameters[i].valueCount; ++j) {
-          line += (j ? "," : "=") + str(property->parameters[i].values[j]);
+        line += ";" + str(property->parameters[i]->name);
+        for (uint64_t j = 0; j < property->parameters[i]->valueCount; ++j) {
+          line += (j ? "," : "=") + str(property->parameters[i]->values[j]);
         }
       }
       return of(user).add(line);
@@ -207,6 +210,15 @@ TEST(CardsLibrary, EveryWayInGivesTheSame) {
     EXPECT_EQ(lines, memory.json(&last)) << path;
     EXPECT_EQ(lines, caller.json(&last)) << path;
 
+    // Without a name there is none in the text.
+    const std::string named = "{\"file\":\"" + path + "\",";
+    std::string nameless = lines;
+    for (size_t at; (at = nameless.find(named)) != nameless.npos;) {
+      nameless.replace(at, named.size(), "{");
+    }
+    memory.open(bytes);
+    EXPECT_EQ(nameless, memory.json(&last)) << path;
+
     Written joined;
     PxOpenFile(pieces.p, path.c_str());
     while (PxWriteJson(pieces.p, Written::sink, &joined) == PxGood) joined.text += '\n';
@@ -253,6 +265,57 @@ TEST(CardsLibrary, TellsEvents) {
     EXPECT_EQ(stopped.lines.size(), stop);
   }
   EXPECT_EQ(second.back(), "end section");
+}
+
+// Programs are older or newer than the library: by the size of their records, which tells what they
+// know of.
+TEST(CardsLibrary, RecordsGrow) {
+  constexpr size_t first = offsetof(PxEvents, endSection) + sizeof(PxEvents::endSection);
+  struct {
+    PxEvents known;
+    void *further[2];
+  } events{};
+  struct {
+    PxLook known;
+    uint64_t further;
+  } look{{sizeof look, 80, 0}, 0};
+  Events whole;
+  events.known = whole;
+  Reader reader;
+  Written text;
+  const auto read = [&](uint64_t size, Events *to) {
+    events.known.size = size;
+    reader.open(kTwo);
+    return PxReadEvents(reader.p, &events.known, to);
+  };
+  const auto write = [&](uint64_t size) {
+    look.known.size = size;
+    reader.open(kTwo);
+    return PxWriteText(reader.p, &look.known, Written::sink, &text);
+  };
+  ASSERT_EQ(read(sizeof events.known, &whole), PxGood);
+  for (uint64_t size = first; size <= sizeof events; size += sizeof(void *)) {
+    Events told;
+    EXPECT_EQ(read(size, &told), PxGood) << size;
+    EXPECT_EQ(told.lines, whole.lines) << size;
+  }
+  EXPECT_EQ(write(sizeof look.known), PxGood);
+  EXPECT_EQ(write(sizeof look), PxGood);
+  for (const uint64_t size : {uint64_t{0}, uint64_t{first - 8}, uint64_t{first + 4}, UINT64_MAX}) {
+    EXPECT_EQ(read(size, &whole), PxErrorArgument) << size;
+    EXPECT_EQ(write(size), PxErrorArgument) << size;
+  }
+  // What a newer program asks for and isn't there is told.
+  events.further[1] = &events;
+  look.further = 1;
+  EXPECT_EQ(read(sizeof events - sizeof(void *), &whole), PxGood);
+  EXPECT_EQ(read(sizeof events, &whole), PxErrorArgument);
+  EXPECT_EQ(write(sizeof look), PxErrorArgument);
+  // What stands behind an older one's isn't looked at.
+  EXPECT_EQ(write(sizeof look.known), PxGood);
+
+  EXPECT_STREQ(PxVersion(), PX_VERSION);
+  EXPECT_EQ(PX_VERSION_NUMBER >> 16, std::atoi(PX_VERSION));
 }
 
 TEST(CardsLibrary, OpensObjects) {
@@ -393,8 +456,12 @@ TEST(CardsLibrary, ErrorsStay) {
     EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorNotCards);
     EXPECT_EQ(reader.error(), "not a vCard or vCalendar file");
   }
+  EXPECT_EQ(PxErrorNumber(reader.p), 0);
   EXPECT_EQ(PxOpenFile(reader.p, "/"), PxGood);
-  EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorRead);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorRead);
+    EXPECT_EQ(PxErrorNumber(reader.p), EISDIR);
+  }
 
   int failing = 0, begun = 0;
   int32_t last = PxGood;
@@ -431,10 +498,35 @@ TEST(CardsLibrary, ErrorsStay) {
   std::filesystem::resize_file(path, 100);
   EXPECT_EQ(PxReadJson(reader.p, &text), PxErrorRead);
   EXPECT_EQ(reader.error(), "cut short while it was read");
+  EXPECT_EQ(PxErrorNumber(reader.p), 0);
+
+  // A file that is written over in its place gives no card of both; neither do its objects.
+  std::string large = "BEGIN:VCARD\nVERSION:2.1\nFN:Ann\nPHOTO;BASE64:";
+  for (int i = 0; i < 1 << 18; ++i) large += "QUJD";
+  uint64_t object, count;
+  std::vector<char> content(1 << 20);
+  for (const bool within : {false, true}) {
+    std::ofstream(path) << large << "\n\nEND:VCARD\n";
+    const auto now = std::filesystem::file_time_type::clock::now();
+    std::filesystem::last_write_time(path, now - std::chrono::hours(1));
+    PxSetRaw(reader.p, within);  // else the object is one of the view, which holds it
+    PxOpenFile(reader.p, path.c_str());
+    if (within) {
+      EXPECT_EQ(PxReadJson(reader.p, &text), PxGood);
+      EXPECT_EQ(PxOpenObject(reader.p, 1, &object), PxGood);
+    }
+    std::fstream(path) << "BEGIN:VCARD\nVERSION:2.1\nFN:Bob";
+    EXPECT_EQ(within ? PxReadObject(reader.p, object, content.data(), content.size(), &count)
+                     : PxReadJson(reader.p, &text),
+              PxErrorRead);
+    EXPECT_EQ(reader.error(), "changed while it was read");
+  }
+  PxSetRaw(reader.p, 0);
   std::filesystem::remove(path);
   ::setenv("LANGUAGE", "de", 1);
   std::setlocale(LC_ALL, "C.UTF-8");  // with it the system speaks German, where it can
   EXPECT_EQ(PxOpenFile(reader.p, path.c_str()), PxErrorFile);
+  EXPECT_EQ(PxErrorNumber(reader.p), ENOENT);
   EXPECT_EQ(reader.error(), "No such file or directory");
   std::setlocale(LC_ALL, "C");
 
@@ -702,6 +794,9 @@ TEST(CardsLibrary, WritesForPeople) {
   Written error;
   EXPECT_EQ(PxWriteJsonError("a\xFF", "\"gone\"", Written::sink, &error), PxGood);
   EXPECT_EQ(error.text, "{\"file\":\"a\uFFFD\",\"error\":\"\\\"gone\\\"\"}");
+  error.text.clear();
+  EXPECT_EQ(PxWriteJsonError("", "gone", Written::sink, &error), PxGood);
+  EXPECT_EQ(error.text, "{\"error\":\"gone\"}");
 }
 
 TEST(CardsLibrary, StringIdsMeanTheirTexts) {

@@ -5,6 +5,7 @@
 
 #include <sstream>
 
+#include "px/version.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/runs.h"
 

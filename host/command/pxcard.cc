@@ -19,6 +19,7 @@
 #include "host/filter/filter_library.h"
 #include "host/io/file_writer.h"
 #include "host/languages/translation.h"
+#include "px/version.h"
 
 namespace px {
 namespace {

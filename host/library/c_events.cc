@@ -1,6 +1,8 @@
 #include "host/library/c_events.h"
 
-#include <cstring>
+#include <cstddef>
+
+#include "host/library/sized_record.h"
 
 namespace px {
 namespace {
@@ -24,8 +26,8 @@ void setTexts(const std::vector<std::string> &from, std::vector<PxText> *to) {
 }  // namespace
 
 bool CEvents::begin(const PxEvents *events, void *user) {
-  if (events->size != sizeof(PxEvents)) return false;
-  std::memcpy(&events_, events, sizeof events_);
+  constexpr size_t kFirst = offsetof(PxEvents, endSection) + sizeof(PxEvents::endSection);
+  if (!takeRecord(*events, kFirst, &events_)) return false;
   user_ = user;
   stopped_ = false;
   objects_ = 0;
@@ -53,6 +55,7 @@ void CEvents::beginProperty(const Property &property) {
   setTexts(property.types, &types_);
   values_.clear();
   parameters_.clear();
+  told_.clear();
   for (const Parameter &parameter : property.parameters) {
     for (const std::string &value : parameter.values) values_.push_back(textOf(value));
   }
@@ -61,6 +64,7 @@ void CEvents::beginProperty(const Property &property) {
     parameters_.push_back(parameterOf(parameter, first));
     first += parameter.values.size();
   }
+  for (const PxParameter &parameter : parameters_) told_.push_back(&parameter);
   PxProperty told{};
   told.label = property.label;
   told.labelsGroup = property.labelsGroup ? 1 : 0;
@@ -69,7 +73,7 @@ void CEvents::beginProperty(const Property &property) {
   told.groupLabel = textOf(property.groupLabel);
   told.types = types_.data();
   told.typeCount = types_.size();
-  told.parameters = parameters_.data();
+  told.parameters = told_.data();
   told.parameterCount = parameters_.size();
   told.extent = extentOf(property.extent);
   call(events_.beginProperty, &told);

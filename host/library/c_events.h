@@ -15,8 +15,7 @@ namespace px {
 
 class CEvents : public CardEvents {
  public:
-  // Sets the routines for a section. `events` is copied as far as its caller knows it; false when
-  // its size is none that there ever was.
+  // Sets the routines for a section. `events` is copied; false where takeRecord refuses it.
   bool begin(const PxEvents *events, void *user);
 
   // One of the routines wanted no more. None was called since.
@@ -49,6 +48,7 @@ class CEvents : public CardEvents {
   // Reused by each event.
   std::vector<PxText> types_, values_;
   std::vector<PxParameter> parameters_;
+  std::vector<const PxParameter *> told_;
 };
 
 }  // namespace px

@@ -2,6 +2,7 @@
 
 #include "px/cards.h"
 
+#include <cstddef>
 #include <new>
 #include <string>
 #include <string_view>
@@ -11,27 +12,35 @@
 #include "host/languages/translation.h"
 #include "host/library/reader.h"
 #include "host/library/result.h"
+#include "host/library/sized_record.h"
+#include "px/version.h"
 
 namespace px {
 namespace {
 
 int32_t fail(PxReader *reader, int32_t result, const char *text = nullptr) {
   reader->error = text ? text : PxResultText(result);
+  reader->errorNumber = 0;
   return result;
 }
+
+void forgetError(PxReader *reader) { fail(reader, PxGood, ""); }
 
 // Runs `step`, which answers a result.
 template <class Step>
 int32_t run(PxReader *reader, Step step) noexcept {
-  reader->error = "";
+  forgetError(reader);
   const LanguageOfThread speaks(reader->reader.language);
   try {
     const int32_t result = step(reader->reader);
-    reader->error = "";  // an event may have made a mistake
+    forgetError(reader);  // an event may have made a mistake
     return result;
   } catch (...) {
-    const int32_t result = resultOfException(PxErrorRead, &reader->errorText);
-    return fail(reader, result, reader->errorText.empty() ? nullptr : reader->errorText.c_str());
+    int number;
+    const int32_t result = resultOfException(PxErrorRead, &number, &reader->errorText);
+    fail(reader, result, reader->errorText.empty() ? nullptr : reader->errorText.c_str());
+    reader->errorNumber = number;
+    return result;
   }
 }
 
@@ -95,6 +104,15 @@ const char *PxErrorText(const PxReader *reader) {
   const char *text = reader->error;
   reader->use.end();
   return text;
+}
+
+int32_t PxErrorNumber(const PxReader *reader) {
+  if (!reader) return 0;
+  if (reader->use.byThisThread()) return reader->errorNumber;
+  if (!reader->use.begin()) return 0;
+  const int32_t number = reader->errorNumber;
+  reader->use.end();
+  return number;
 }
 
 const char *PxVersion(void) { return PX_VERSION; }
@@ -182,8 +200,9 @@ int32_t PxWriteJsonError(const char *file, const char *error, PxSink sink, void 
   try {
     return px::writeJsonError(file, error, {sink, user});
   } catch (...) {
+    int number;
     std::string text;
-    return px::resultOfException(PxErrorInternal, &text);
+    return px::resultOfException(PxErrorInternal, &number, &text);
   }
 }
 
@@ -193,9 +212,11 @@ int32_t PxReadEvents(PxReader *reader, const PxEvents *events, void *user) {
 }
 
 int32_t PxWriteText(PxReader *reader, const PxLook *look, PxSink sink, void *user) {
-  const bool sound = sink && (!look || look->size == sizeof *look);
+  constexpr size_t kFirst = offsetof(PxLook, color) + sizeof(PxLook::color);
+  PxLook taken{};
+  const bool sound = sink && (!look || px::takeRecord(*look, kFirst, &taken));
   return enter(reader, sound, [=](Reader &inner) {
-    const px::TextLook as = look ? px::TextLook{look->width, look->color != 0} : px::TextLook{};
+    const px::TextLook as = look ? px::TextLook{taken.width, taken.color != 0} : px::TextLook{};
     return inner.writeText(as, sink, user);
   });
 }

@@ -50,7 +50,7 @@ class CallerInput final : public Input {
 
 std::unique_ptr<Input> openFileInput(const char *path) {
   FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY));
-  if (!file.isOpen()) throw Failure(PxErrorFile, systemText(errno));
+  if (const int error = errno; !file.isOpen()) throw Failure(PxErrorFile, systemText(error), error);
   const bool seekable = lseek(file.number(), 0, SEEK_CUR) >= 0;
   return std::make_unique<FileInput>(seekable ? std::move(file) : spoolInput(file.number()));
 }

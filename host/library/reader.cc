@@ -70,7 +70,7 @@ FaultSink Reader::faultSink() const {
 // Comes before any step. What has ended the reading ends it in every way.
 void Reader::begin(Way way) {
   if (!input_) throw Failure(PxErrorOrder, "no input is open");
-  if (failure_ != PxGood) throw Failure(failure_, failureText_);
+  if (failure_ != PxGood) throw Failure(failure_, failureText_, failureNumber_);
   if (way_ != Way::None && (way_ != way || way == Way::Trace)) {
     throw Failure(PxErrorOrder, "the input is read in another way");
   }
@@ -87,15 +87,17 @@ auto Reader::reading(Step step) {
     return result;
   } catch (...) {
     // What isn't told as a failure of the input or of a temporary file is that there is no card.
-    failure_ = resultOfException(anySection_ ? PxErrorRead : PxErrorNotCards, &failureText_);
+    failure_ = resultOfException(anySection_ ? PxErrorRead : PxErrorNotCards, &failureNumber_,
+                                 &failureText_);
   }
   try {
     input_->check();  // knows better why
   } catch (...) {
-    failure_ = resultOfException(PxErrorRead, &failureText_);
+    failure_ = resultOfException(PxErrorRead, &failureNumber_, &failureText_);
   }
   endObjects();
-  throw Failure(failure_, failureText_.empty() ? PxResultText(failure_) : failureText_);
+  if (failureText_.empty()) failureText_ = PxResultText(failure_);
+  throw Failure(failure_, failureText_, failureNumber_);
 }
 
 bool Reader::readSection(CardEvents *target) {
@@ -170,7 +172,7 @@ int32_t writeJsonError(std::string_view file, std::string_view error, CallerSink
 }
 
 int32_t Reader::readEvents(const PxEvents *events, void *user) {
-  if (!events_.begin(events, user)) throw Failure(PxErrorArgument, "events of an unknown size");
+  if (!events_.begin(events, user)) throw Failure(PxErrorArgument, "events of an unknown kind");
   begin(Way::Sections);
   if (!reading([this] { return readSection(&events_); })) return PxEnd;
   return events_.stopped() ? PxStopped : PxGood;

@@ -95,6 +95,7 @@ class Reader {
   Way way_ = Way::None;
   bool anySection_ = false;
   int32_t failure_ = PxGood;  // ends the reading
+  int failureNumber_ = 0;
   std::string failureText_;
 
   SectionObjects objects_;
@@ -117,6 +118,7 @@ struct PxReader {
   mutable px::InUse use;
   px::Reader reader;
   const char *error = "";  // of the last call
+  int errorNumber = 0;
   std::string errorText;   // where it needs one of its own
 };
 

@@ -46,15 +46,17 @@ extern "C" const char *PxResultText(int32_t result) {
 namespace px {
 namespace {
 
-int32_t classify(int32_t otherwise, std::string *text) {
+int32_t classify(int32_t otherwise, int *number, std::string *text) {
   try {
     throw;
   } catch (const Failure &error) {
+    *number = error.number;
     *text = error.what();
     return error.result;
   } catch (const std::bad_alloc &) {
     return PxErrorMemory;
   } catch (const std::system_error &error) {
+    *number = error.code().value();
     *text = error.what();
     const std::string local = error.code().message();
     if (text->ends_with(local)) {
@@ -81,10 +83,11 @@ std::string systemText(int error) {
   return english ? english : std::generic_category().message(error);
 }
 
-int32_t resultOfException(int32_t otherwise, std::string *text) noexcept {
+int32_t resultOfException(int32_t otherwise, int *number, std::string *text) noexcept {
+  *number = 0;
   text->clear();
   try {
-    return classify(otherwise, text);
+    return classify(otherwise, number, text);
   } catch (...) {
     return PxErrorMemory;
   }

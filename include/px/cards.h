@@ -33,6 +33,15 @@
  * its own. One reader is used by one thread at a time. A call that meets another one on the same
  * reader answers PxErrorBusy; between calls a reader can be handed to another thread.
  *
+ * Growth. A record may get new members at its end in a later version, so that programs go on to
+ * work without being built again; docs/stability.md tells what else holds. PxText and PxExtent never
+ * grow. What the library gives is read where the pointer to it points: PxSection, PxProperty,
+ * PxObjectInfo and PxParameter, which for that is given by an array of pointers. What a program
+ * gives, PxEvents and PxLook, begins with its size by that program's header and is zero where it
+ * isn't set. A smaller record is an older program's and does what it did. A larger one is a newer
+ * program's: it is taken where all that this library doesn't know in it is zero, and otherwise
+ * refused with PxErrorArgument. PX_VERSION_NUMBER and PxVersion tell what is there.
+ *
  * Memory. A reader holds some hundred kilobytes whatever the file contains, and puts the rest in
  * temporary files without a name, in TMPDIR or /tmp. PxReadJson holds the text of one section,
  * which isn't more than a small multiple of its bytes in the file and can be bounded by
@@ -54,6 +63,7 @@
 
 #include "px/export.h"
 #include "px/vcard_io.h"
+#include "px/version.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -68,12 +78,12 @@ enum PxResult {
   PxEnd = 1,     /* no section, document or byte is left; asking again gives the same */
   PxStopped = 2, /* a routine of the caller's answered that it has had enough */
 
-  PxErrorArgument = -1, /* a null pointer, a record of unknown size, an I/O object without a slot */
+  PxErrorArgument = -1, /* a null pointer, a record of unknown kind, an I/O object without a slot */
   PxErrorOrder = -2,    /* nothing is open, or the call doesn't go with those before it */
   PxErrorBusy = -3,     /* the reader is in use: by a thread, or by what called an event or slot */
   PxErrorObject = -4,   /* there is no such object: closed, of a section that is over, none ever */
   PxErrorFile = -5,     /* the file isn't there or may not be opened */
-  PxErrorRead = -6,     /* the input can't be read on, was cut short meanwhile, or is too large */
+  PxErrorRead = -6,     /* the input can't be read on, was changed meanwhile, or is too large */
   PxErrorNotCards = -7, /* the input holds no card */
   PxErrorTemporary = -8, /* a temporary file can't be made, written or read */
   PxErrorMemory = -9,    /* there is no memory */
@@ -120,6 +130,13 @@ PX_API int32_t PxFreeReader(PxReader **reader);
  */
 PX_API const char *PxErrorText(const PxReader *reader);
 
+/*
+ * Answers the errno of the reader's last error where the system has told one, such as ENOENT for
+ * PxErrorFile, and else 0: where the last call went well, for a null reader, and while another
+ * thread uses the reader.
+ */
+PX_API int32_t PxErrorNumber(const PxReader *reader);
+
 /* Answers what a result means, in English. Never null, valid for ever. */
 PX_API const char *PxResultText(int32_t result);
 
@@ -165,7 +182,9 @@ PX_API int32_t PxSetLanguage(PxReader *reader, const char *language);
 
 /*
  * Opens the file at `path`, which is copied. What can't be moved about in, a pipe for one, is
- * brought into a temporary file first. Errors: PxErrorFile, PxErrorRead, PxErrorTemporary.
+ * brought into a temporary file first. A file that is written to while it is read, also at its end,
+ * is PxErrorRead in the call that meets it, so that what was given before is of one state of it;
+ * one that is replaced is read as it was. Errors: PxErrorFile, PxErrorRead, PxErrorTemporary.
  */
 PX_API int32_t PxOpenFile(PxReader *reader, const char *path);
 
@@ -188,8 +207,8 @@ PX_API int32_t PxOpenIo(PxReader *reader, VcardIo *io);
 PX_API int32_t PxClose(PxReader *reader);
 
 /*
- * Sets what the JSON of the open input says under "file": the path where nothing else is set, or
- * nothing for an input without one. What isn't UTF-8 in it becomes U+FFFD.
+ * Sets what the JSON of the open input says under "file": the path where nothing else is set. An
+ * input without a name has no such key. What isn't UTF-8 in the name becomes U+FFFD.
  */
 PX_API int32_t PxSetName(PxReader *reader, const char *name);
 
@@ -218,7 +237,8 @@ PX_API int32_t PxWriteJson(PxReader *reader, PxSink sink, void *user);
 
 /*
  * Gives `sink` the object that stands in the place of what couldn't be read: {"file", "error"}, in
- * one line without a line end. What isn't UTF-8 in the arguments becomes U+FFFD.
+ * one line without a line end; without "file" where that is empty. What isn't UTF-8 in the arguments
+ * becomes U+FFFD.
  */
 PX_API int32_t PxWriteJsonError(const char *file, const char *error, PxSink sink, void *user);
 
@@ -278,7 +298,7 @@ typedef struct PxProperty {
   PxText groupLabel;   /* what the card calls the group, or empty */
   const PxText *types; /* "work", in small letters: known ones first, in a fixed order */
   uint64_t typeCount;
-  const PxParameter *parameters; /* all of them, TYPE too, in the order of the file */
+  const PxParameter *const *parameters; /* all of them, TYPE too, in the order of the file */
   uint64_t parameterCount;
   PxExtent extent; /* of the line, or lines where it is folded, with the line end */
 } PxProperty;
@@ -297,10 +317,10 @@ typedef struct PxObjectInfo {
  * answers PxStopped. The next call reads the next section all the same.
  *
  * During an event the routines below that open, read and close objects can be called, and
- * PxErrorText; all others answer PxErrorBusy.
+ * PxErrorText and PxErrorNumber; all others answer PxErrorBusy.
  */
 typedef struct PxEvents {
-  uint64_t size; /* sizeof(PxEvents): the record may grow at its end */
+  uint64_t size; /* sizeof(PxEvents) */
 
   int32_t (*beginSection)(void *user, const PxSection *section);
 
@@ -333,7 +353,7 @@ PX_API int32_t PxReadEvents(PxReader *reader, const PxEvents *events, void *user
 
 /* How text for a person looks. */
 typedef struct PxLook {
-  uint64_t size;  /* sizeof(PxLook): the record may grow at its end */
+  uint64_t size;  /* sizeof(PxLook) */
   uint32_t width; /* of a line in columns, 40 at least; 0: lines aren't wrapped */
   int32_t color;  /* 1: bold and dim text by escape sequences of a terminal */
 } PxLook;

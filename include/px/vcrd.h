@@ -41,7 +41,9 @@
  * on different threads are independent, each record and stream belongs to one caller at a time.
  *
  * What is not promised. Pointers given to the filter aren't checked, but where a routine's comment
- * says so. The state given to VwSetData must come from VwGetData.
+ * says so. Nor is the order of the calls: VwStreamRead, VwStreamTell and VwStreamSeek before
+ * VwStreamOpen, which gives the record its stream, may do anything, and so may any call with a
+ * stream or record that was freed. The state given to VwSetData must come from VwGetData.
  */
 #ifndef PX_VCRD_H
 #define PX_VCRD_H
@@ -51,6 +53,7 @@
 #include "px/export.h"
 #include "px/output_routines.h"
 #include "px/vcard_io.h"
+#include "px/version.h"
 
 #ifdef __cplusplus
 extern "C" {
