@@ -1,18 +1,8 @@
 # What `cmake --install` puts where, in components, each of which is a Debian package as well.
 include(CMakePackageConfigHelpers)
 
-set(px_libraries px_core px_util px_vcrd px_cards)
-set_target_properties(${px_libraries} PROPERTIES
-  VERSION ${PX_SOVERSION}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH}
-  SOVERSION ${PX_SOVERSION})
-foreach(library IN LISTS px_libraries)
-  string(REPLACE px_ "" name ${library})
-  set_target_properties(${library} PROPERTIES EXPORT_NAME ${name})
-  add_library(px::${name} ALIAS ${library})
-endforeach()
-
 # Libraries, and what programs are built with.
-install(TARGETS ${px_libraries} EXPORT px
+install(TARGETS px_core px_util px_vcrd px_cards EXPORT px
   LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/px TYPE INCLUDE COMPONENT development)
@@ -52,4 +42,7 @@ endwhile()
 install(FILES README.md docs/json.md docs/card.schema.json
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libpx-dev COMPONENT development)
 
-include(cmake/packages.cmake)
+# A project that takes px in has packages of its own.
+if(PROJECT_IS_TOP_LEVEL)
+  include(cmake/packages.cmake)
+endif()
