@@ -39,7 +39,7 @@ while(packages)
   install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} RENAME copyright
     COMPONENT ${component})
 endwhile()
-install(FILES README.md docs/json.md docs/card.schema.json
+install(FILES README.md docs/json.md docs/card.schema.json docs/stability.md
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libpx-dev COMPONENT development)
 
 # A project that takes px in has packages of its own.

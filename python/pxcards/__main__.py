@@ -28,13 +28,14 @@ def main() -> int:
     for file in options.files:
         name = "standard input" if file == "-" else file
         try:
-            for section in pxcards.read(sys.stdin.buffer if file == "-" else file, raw=options.raw,
-                                   limit=options.limit,
-                                   fault=lambda one: complain(f"{name}: line {one.line}: {one.text}")):
+            for section in pxcards.read(
+                    sys.stdin.buffer if file == "-" else file, name=name, raw=options.raw,
+                    limit=options.limit,
+                    fault=lambda one: complain(f"{name}: line {one.line}: {one.text}")):
                 out.write(section.to_json().encode() + b"\n")
         except pxcards.Error as error:
             complain(f"{name}: {error.text}")
-            shown = name.encode(errors="replace").decode()
+            shown = os.fsencode(name).decode(errors="replace")
             out.write(json.dumps({"file": shown, "error": error.text}).encode() + b"\n")
     out.flush()
     return code

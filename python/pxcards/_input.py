@@ -41,8 +41,9 @@ def prepare(source: Source) -> str | bytes | FileSource:
         return bytes(source)
     if isinstance(source, io.TextIOBase) or not hasattr(source, "read"):
         raise TypeError(f"a path, bytes or a binary file is needed, not {type(source).__name__}")
-    name = getattr(source, "name", None)
-    name = name if isinstance(name, str) else None
+    name = getattr(source, "name", None)  # of what isn't a file by its path it is 3 or "<stdin>"
+    if not isinstance(name, str) or name.startswith("<") and name.endswith(">"):
+        name = None
     if source.seekable():
         return FileSource(source, source.tell(), name)
     copy = tempfile.TemporaryFile()
@@ -103,6 +104,7 @@ class Settings:
 
     raw: bool
     limit: bool
+    name: str | None  # instead of the input's own
 
 
 class Input:
@@ -122,7 +124,8 @@ class Input:
         self._open(settings, want_faults)
 
     def _open(self, settings: Settings, want_faults: bool) -> None:
-        call, source, name = self._library, self._source, name_of(self._source)
+        call, source = self._library, self._source
+        self._name = name = settings.name or name_of(source)
         self._handle = handle = ctypes.c_void_p(call.PxNewReader())
         if not handle:
             raise Error(Result.MEMORY, "out of memory")
@@ -139,19 +142,20 @@ class Input:
         else:
             self._file = _FileIo(source)
             self._check(call.PxOpenIo(handle, self._file.slots))
-            if name:
-                self._check(call.PxSetName(handle, os.fsencode(name)))
+        if name:
+            self._check(call.PxSetName(handle, os.fsencode(name)))
 
     def _check(self, result: int) -> bool:
         """Answers False at the end."""
         if result >= 0:
             return result == _GOOD
         if not self._handle:
-            raise Error(Result.ORDER, "the input was closed", name_of(self._source))
+            raise Error(Result.ORDER, "the input was closed", self._name)
         if self._file and self._file.failure:
             raise self._file.failure
         text: bytes = self._library.PxErrorText(self._handle)
-        raise Error(Result(result), text.decode(errors="replace"), name_of(self._source))
+        raise Error(Result(result), text.decode(errors="replace"), self._name,
+                    self._library.PxErrorNumber(self._handle))
 
     @property
     def is_open(self) -> bool:

@@ -7,6 +7,7 @@ import enum
 import functools
 import os
 from ctypes import POINTER, c_char_p, c_int32, c_int64, c_uint16, c_uint32, c_uint64, c_void_p
+from typing import Any
 
 SONAME = "libpx_cards.so.1"
 
@@ -32,17 +33,60 @@ class Result(enum.IntEnum):
     LIMIT = -13
 
 
-class Error(Exception):
-    """Something can't be read. Its text is for a person."""
+# What an error is as well. For what the system refuses, its number tells which OSError.
+_KINDS: dict[Result, type[Exception]] = {
+    Result.FILE: OSError,
+    Result.READ: OSError,
+    Result.TEMPORARY: OSError,
+    Result.FILTER: OSError,
+    Result.MEMORY: MemoryError,
+    Result.BUSY: RuntimeError,
+    Result.INTERNAL: RuntimeError,
+}
 
-    def __init__(self, result: Result, text: str, file: str | None = None) -> None:
-        super().__init__(result, text, file)
+
+class Error(Exception):
+    """Something can't be read. Its text is for a person.
+
+    It is an error of Python's own, too: FileNotFoundError, PermissionError, IsADirectoryError or
+    another OSError for what can't be opened or read, with `errno`, `strerror` and `filename`;
+    MemoryError; ValueError for an input that holds no card, is damaged, costs too much or was
+    closed; RuntimeError for what only a fault in a program brings about.
+    """
+
+    def __new__(cls, result: Result, text: str, file: str | None = None, number: int = 0) -> Any:
+        kind = _KINDS.get(result, ValueError)
+        if not issubclass(kind, OSError):
+            make: Any = Exception.__new__
+            return make(_also(cls, kind), result, text, file)
+        if number:
+            kind = type(OSError(number, text))
+        make = OSError.__new__
+        return make(_also(cls, kind), number or None, text, file)
+
+    def __init__(self, result: Result, text: str, file: str | None = None,
+                 number: int = 0) -> None:
         self.result = result
         self.text = text
         self.file = file  # None for an input without a name
+        self._number = number
 
     def __str__(self) -> str:
         return f"{self.file}: {self.text}" if self.file else self.text
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return Error, (self.result, self.text, self.file, self._number)
+
+
+_classes: dict[Any, Any] = {}
+
+
+def _also(cls: Any, kind: Any) -> Any:
+    """A class that is both, made once."""
+    if (cls, kind) not in _classes:
+        names = {"__doc__": cls.__doc__, "__module__": "pxcards"}
+        _classes[cls, kind] = type(cls.__name__, (cls, kind), names)
+    return _classes[cls, kind]
 
 
 class Text(ctypes.Structure):
@@ -74,6 +118,7 @@ _ROUTINES = {
     "PxNewReader": (c_void_p,),
     "PxFreeReader": (c_int32, POINTER(c_void_p)),
     "PxErrorText": (c_char_p, c_void_p),
+    "PxErrorNumber": (c_int32, c_void_p),
     "PxVersion": (c_char_p,),
     "PxSetFault": (c_int32, c_void_p, FaultRoutine, c_void_p),
     "PxSetRaw": (c_int32, c_void_p, c_int32),

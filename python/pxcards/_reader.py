@@ -42,7 +42,7 @@ class Reader(Iterator[Section]):
     def __init__(self, source: Source, fault: Callable[[Fault], object],
                  settings: Settings) -> None:
         prepared = prepare(source)
-        self.file = name_of(prepared)
+        self.file = settings.name or name_of(prepared)
         self._fault = fault
         self._input = Input(prepared, settings, want_faults=True)
         self._origin = Origin(prepared, settings, self._input)
@@ -78,13 +78,14 @@ class Reader(Iterator[Section]):
         self.close()
 
 
-def read(source: Source, *, fault: Callable[[Fault], object] = warn, raw: bool = False,
-         limit: bool = True) -> Reader:
+def read(source: Source, *, name: str | None = None, fault: Callable[[Fault], object] = warn,
+         raw: bool = False, limit: bool = True) -> Reader:
     """Opens `source` and gives its sections.
 
     A str or an os.PathLike is the path of a file, bytes are the content itself. Anything else is a
     binary file: it is read from where it stands and stays open, and nobody else reads it meanwhile.
-    One that can't seek is copied to a temporary file first.
+    One that can't seek is copied to a temporary file first. `name` is what sections and errors call
+    the input; when it isn't given that is the path, or the name of a file that was opened by one.
 
     `fault` is called for what can't be read, before the section in which it stands is given; it may
     be the `append` of a list. By default it is told as a `FaultWarning`. With `raw` the bytes are
@@ -93,6 +94,6 @@ def read(source: Source, *, fault: Callable[[Fault], object] = warn, raw: bool =
     False.
 
     Raises `Error` when the source can't be opened. The reader raises it when the source can't be
-    read, or holds no card.
+    read, is changed meanwhile, or holds no card.
     """
-    return Reader(source, fault, Settings(raw, limit))
+    return Reader(source, fault, Settings(raw, limit, name))

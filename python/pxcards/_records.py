@@ -65,13 +65,13 @@ class Property:
     length: int | None
 
 
-@dataclass(init=False, frozen=True)
+@dataclass(init=False, frozen=True, eq=False)
 class Section:
     """A card, or a part of a calendar: an event, an alarm, the calendar's own lines.
 
     What isn't known is None or empty. The fields are filled when one of them is looked at, so a
-    section that is only passed on costs little. Sections can be pickled; their objects are read
-    from the file, then, and not at all when the input had no path.
+    section that is only passed on costs little. Sections with the same JSON are equal. They can be
+    pickled; their objects are read from the file, then, and not at all when the input had no path.
     """
 
     file: str | None  # as it was given
@@ -123,6 +123,17 @@ class Section:
                 fields["_listed"] = None
             return fields[name]
 
+    def __dir__(self) -> list[str]:
+        return sorted({*object.__dir__(self), *self.__dataclass_fields__})
+
+    def __eq__(self, other: object) -> bool:
+        if not isinstance(other, Section):
+            return NotImplemented
+        return self._text == other._text
+
+    def __hash__(self) -> int:
+        return hash(self._text)
+
     @property
     def objects(self) -> list[Object]:
         """All that stands in the section as Base64, in the order of the file."""
@@ -148,7 +159,7 @@ class Section:
 def _head(data: dict[str, Any]) -> dict[str, Any]:
     get, of = data.get, data.get("summary", {}).get
     return {
-        "file": get("file") or None, "number": data["section"], "format": data["format"],
+        "file": get("file"), "number": data["section"], "format": data["format"],
         "component": get("component"), "version": get("version"),
         "offset": get("offset"), "length": get("length"),
         "part_of": get("partOf"), "agent_of": get("agentOf"),

@@ -13,28 +13,16 @@ from __future__ import annotations
 
 import os
 from collections.abc import Iterable, Iterator
-from typing import TYPE_CHECKING, Any, Union
+from typing import TYPE_CHECKING, Any
 
 from dask.bag.core import Bag, from_sequence
 
-from pxcards import Error, Fault, Section
-from pxcards import read as read_file
+from pxcards._frame import (COLUMNS as COLUMNS, SUFFIXES as SUFFIXES, Path, column_types, files_of,
+                            row, sections)
 from pxcards._reader import warn
 
 if TYPE_CHECKING:
     from dask.dataframe.core import DataFrame
-
-Path = Union[str, "os.PathLike[str]"]
-SUFFIXES = (".vcf", ".vcard", ".vcs", ".ics")
-
-# The columns of `frame`, each a field of `Section`, and their types in pandas. Of the tuples it
-# has the values, divided by line ends.
-COLUMNS = {
-    "file": "object", "number": "int64", "format": "object", "component": "object",
-    "version": "object", "part_of": "Int64", "name": "object", "title": "object", "organisation": "object",
-    "address": "object", "telephones": "object", "emails": "object", "urls": "object",
-    "summary": "object", "location": "object", "start": "object", "status": "object",
-}
 
 
 def read(paths: Path | Iterable[Path], *, block_size: int = 1 << 22, skip_unreadable: bool = False,
@@ -49,32 +37,20 @@ def read(paths: Path | Iterable[Path], *, block_size: int = 1 << 22, skip_unread
     `pxcards.FaultWarning` instead, on the worker, and the sections before the error stand. `raw` and
     `limit` are those of `pxcards.read`.
     """
-    if isinstance(paths, (str, os.PathLike)):
-        paths = [paths]
-    files = [file for path in paths for file in _files(os.fspath(path))]
-    blocks = list(_blocks(files, block_size)) or [[]]
+    blocks = list(_blocks(files_of(paths), block_size)) or [[]]
     return from_sequence(blocks, partition_size=1).map(
-        _sections, skip_unreadable=skip_unreadable, raw=raw, limit=limit).flatten()
+        sections, skip_unreadable=skip_unreadable, fault=warn, raw=raw, limit=limit).flatten()
 
 
-def frame(paths: Path | Iterable[Path], **options: Any) -> DataFrame:
-    """Gives a data frame with a row for each section; the columns are `COLUMNS`. The options are
-    those of `read`. Needs pandas."""
-    return read(paths, **options).map(_row).to_dataframe(meta=COLUMNS)
+def frame(paths: Path | Iterable[Path], *, columns: str | Iterable[str] | None = None,
+          **options: Any) -> DataFrame:
+    """Gives a Dask data frame with a row for each section. `columns` is that of `pxcards.frame`,
+    `COLUMNS` when it isn't given; the options are those of `read`. Needs pandas."""
+    types = column_types(columns)
+    return read(paths, **options).map(row, types).to_dataframe(meta=types)
 
 
-def _files(path: str) -> Iterator[str]:
-    if not os.path.isdir(path):
-        yield path
-        return
-    for folder, folders, names in os.walk(path):
-        folders.sort()
-        for name in sorted(names):
-            if name.lower().endswith(SUFFIXES):
-                yield os.path.join(folder, name)
-
-
-def _blocks(files: list[str], block_size: int) -> Iterator[list[str]]:
+def _blocks(files: Iterable[str], block_size: int) -> Iterator[list[str]]:
     block: list[str] = []
     size = 0
     for file in files:
@@ -89,22 +65,3 @@ def _blocks(files: list[str], block_size: int) -> Iterator[list[str]]:
         size += here
     if block:
         yield block
-
-
-def _sections(block: list[str], skip_unreadable: bool, raw: bool,
-              limit: bool) -> Iterator[Section]:
-    for file in block:
-        try:
-            yield from read_file(file, raw=raw, limit=limit)
-        except Error as error:
-            if not skip_unreadable:
-                raise
-            warn(Fault(0, error.text, file))
-
-
-def _row(section: Section) -> dict[str, Any]:
-    row = {name: getattr(section, name) for name in COLUMNS}
-    for name, value in row.items():
-        if isinstance(value, tuple):
-            row[name] = "\n".join(str(getattr(one, "value", one)) for one in value) or None
-    return row

@@ -46,6 +46,9 @@ def test_frame(client):
     assert list(table.telephones.fillna("")) == [
         "\n".join(number.value for number in one.telephones) for one in alone]
     assert list(table.part_of.fillna(0)) == [one.part_of or 0 for one in alone]
+    columns = ["TEL", "name", "X-EVOLUTION-FILE-AS"]
+    table = compute(pxcards.dask.frame(FILES, columns=columns, block_size=2000))
+    assert table.reset_index(drop=True).equals(pxcards.frame(FILES, columns=columns))
 
 
 def test_folders_and_files_that_cannot_be_read(client, tmp_path):

@@ -1,4 +1,6 @@
 import base64
+import copy
+import errno
 import io
 import itertools
 import json
@@ -6,6 +8,7 @@ import os
 import pickle
 import subprocess
 import sys
+from collections.abc import Hashable
 from concurrent.futures import ThreadPoolExecutor
 
 import pxcards
@@ -137,8 +140,12 @@ class Odd(io.BytesIO):
 
 @pytest.mark.parametrize("source, error, text", [
     ("no such.vcf", pxcards.Error, "^no such.vcf: No such file"),
+    ("no such.vcf", FileNotFoundError, "^no such.vcf: No such file"),
+    (__file__ + "/no.vcf", NotADirectoryError, "Not a directory"),
+    ("/", IsADirectoryError, "^/: Is a directory"),
+    ("/proc/self/mem", OSError, "Input/output error"),
     (b"nothing of that kind", pxcards.Error, "not a vCard"),
-    (b"", pxcards.Error, "not a vCard"),
+    (b"", ValueError, "not a vCard"),
     ("a\0b.vcf", ValueError, "null"),
     (io.StringIO(CARDS.decode()), TypeError, "binary"),
     (5, TypeError, "int"),
@@ -149,6 +156,83 @@ class Odd(io.BytesIO):
 def test_errors(source, error, text):
     with pytest.raises(error, match=text):
         list(pxcards.read(source))
+
+
+@pytest.mark.parametrize("result", [one for one in pxcards.Result if one < 0])
+@pytest.mark.parametrize("number", [0, errno.EACCES])
+def test_errors_are_of_two_kinds(result, number):
+    error = pxcards.Error(result, "text", "a.vcf", number)
+    for one in error, pickle.loads(pickle.dumps(error)), copy.copy(error):
+        assert isinstance(one, pxcards.Error)
+        assert isinstance(one, (OSError, ValueError, MemoryError, RuntimeError))
+        assert (type(one), str(one), one.result) == (type(error), "a.vcf: text", result)
+        if isinstance(one, OSError):
+            assert isinstance(one, PermissionError) == bool(number)
+            assert (one.errno, one.strerror, one.filename) == (number or None, "text", "a.vcf")
+
+
+def test_records_as_values():
+    cards = list(pxcards.read(CARDS))
+    again = list(pxcards.read(CARDS))
+    before = dir(cards[0])
+    assert set(before) >= {*pxcards.Section.__annotations__} - {"_number", "_text", "_origin"}
+    assert cards[0].name == "Ann"
+    assert set(dir(cards[0])) >= set(before)
+    assert cards == again and cards[0] != cards[1] and cards[0] != "Ann"
+    assert len({*cards, *again}) == len(cards)
+    for one in cards[0].objects[0], *cards[0].properties, *cards[0].telephones:
+        assert not isinstance(one, Hashable) or isinstance(hash(one), int)
+
+
+def test_names(tmp_path):
+    path = tmp_path / "cards.vcf"
+    path.write_bytes(CARDS)
+    with open(path, "rb") as file, open(path, "rb") as behind:
+        pseudo = io.BytesIO(CARDS)
+        pseudo.name = "<stdin>"
+        for source, name in [(path, str(path)), (file, str(path)), (CARDS, None), (pseudo, None)]:
+            card = next(pxcards.read(source))
+            assert (card.file, card.to_dict().get("file")) == (name, name)
+        named = [next(pxcards.read(source, name="here")) for source in (CARDS, path, behind)]
+        assert [one.file for one in named] == ["here"] * 3
+        assert pickle.loads(pickle.dumps(named[1])).objects[0].read() == PHOTOS[0]
+    with pytest.raises(ValueError, match="^here: not a vCard"):
+        next(pxcards.read(b"?", name="here"))
+
+
+def test_a_file_that_is_changed(tmp_path):
+    path = tmp_path / "cards.vcf"
+    path.write_bytes(CARDS)
+    os.utime(path, (0, 0))
+    cards = pxcards.read(path)
+    with open(path, "r+b") as file:
+        file.write(CARDS)
+    with pytest.raises(OSError, match="changed while it was read"):
+        list(cards)
+
+
+def test_frame(tmp_path):
+    pytest.importorskip("pandas")
+    (tmp_path / "a.vcf").write_bytes(
+        b"BEGIN:VCARD\nVERSION:3.0\nFN:Ann\nN:Example;Ann;;;\nX-Abc:1\nx-abc:2\n"
+        b"TEL;TYPE=home:555\nPHOTO;ENCODING=b:R0lGODlh\nEND:VCARD\n")
+    (tmp_path / "b.vcf").write_bytes(b"BEGIN:VCARD\nN:Bo;Bob\nEND:VCARD\n")
+    table = pxcards.frame(tmp_path, columns=["name", "offset", "part_of", "N", "X-ABC", "PHOTO"])
+    assert table.astype(object).where(table.notna(), None).values.tolist() == [
+        ["Ann", 0, None, "Example;Ann;;;", "1\n2", "image/gif"],
+        ["Bob Bo", 0, None, "Bo;Bob;;;", None, None]]
+    assert list(pxcards.frame(tmp_path, columns="TEL").TEL) == ["555", None]
+    usual = pxcards.frame(FILES, fault=lambda _: None)
+    assert list(usual.name.fillna("")) == [
+        one.name or "" for path in FILES for one in pxcards.read(path, fault=lambda _: None)]
+    assert pxcards.frame([], columns=["number", "TEL"]).dtypes.number == "int64"
+    with pytest.raises(ValueError, match="telephone"):
+        pxcards.frame(tmp_path, columns=["telephone"])
+    with pytest.raises(FileNotFoundError):
+        pxcards.frame([tmp_path, "gone"])
+    told = []
+    assert len(pxcards.frame([tmp_path, "gone"], skip_unreadable=True, fault=told.append)) == 2
+    assert told == [pxcards.Fault(0, "No such file or directory", "gone")]
 
 
 def test_faults_are_warnings():
@@ -199,6 +283,11 @@ def test_command(tmp_path):
     assert ran.returncode == command.returncode == 1
     assert b"no card: not a vCard" in ran.stderr
     assert rb"no\x1b: No such file" in run("-m", "pxcards", "no\33").stderr
+    for content in CARDS, b"?", b"":
+        told = [subprocess.run([*one, "-"], input=content, capture_output=True) for one in (
+            [os.environ["PXCARD"], "--format", "jsonl"], [sys.executable, "-m", "pxcards"])]
+        assert json.loads(told[0].stdout.splitlines()[0])["file"] == "standard input"
+        assert told[0].stdout == told[1].stdout.replace(b'": "', b'":"').replace(b'", "', b'","')
 
 
 def test_example(tmp_path, monkeypatch):
