@@ -1,6 +1,6 @@
 #!/bin/sh
-# run_path_test.sh BUILD LIBDIR: no program and no library, built or installed, looks for a library in the
-# current folder.
+# run_path_test.sh BUILD LIBDIR: no program and no library, built or installed, looks for a library in
+# the current folder.
 set -eu
 
 installed=$(mktemp -d)

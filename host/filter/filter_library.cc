@@ -14,14 +14,15 @@
 namespace px {
 namespace {
 
-// The library beside the one that this stands in, or in the folder for libraries beside the program's
-// bin/, goes before any other, so that a build tree runs its own. A run path would say the same, but the sanitizers'
-// dlopen doesn't go by it.
+// The library beside the one that this stands in, or in the folder for libraries beside the
+// program's bin/, goes before any other, so that a build tree runs its own. A run path would say
+// the same, but the sanitizers' dlopen doesn't go by it.
 std::string libraryPath() {
   namespace fs = std::filesystem;
   std::string name = PX_FILTER_NAME;
   std::error_code none;
-  for (const fs::path &beside : {ownFile().parent_path() / name, besideProgram(PX_LIBDIR "/" + name)}) {
+  for (const fs::path &beside :
+       {ownFile().parent_path() / name, besideProgram(PX_LIBDIR "/" + name)}) {
     if (beside.is_absolute() && fs::exists(beside, none)) return beside.string();
   }
   return name;

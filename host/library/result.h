@@ -23,8 +23,8 @@ struct Failure : std::runtime_error {
 // What the system calls an error. Its own texts follow the program's locale; this one is English.
 std::string systemText(int error);
 
-// Answers the result of the exception that is being handled, and sets its errno, or 0, and its text,
-// as far as there is memory for it. What carries no result of its own is `otherwise`.
+// Answers the result of the exception that is being handled, and sets its errno, or 0, and its
+// text, as far as there is memory for it. What carries no result of its own is `otherwise`.
 int32_t resultOfException(int32_t otherwise, int *number, std::string *text) noexcept;
 
 }  // namespace px

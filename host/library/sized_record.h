@@ -12,8 +12,8 @@
 namespace px {
 
 // Copies `given` to `taken` as far as both sides know it; the rest of `taken` is zero. `first` is
-// the size that the record began with. Answers false, with nothing copied, for a size that none ever
-// had, and where a newer caller asks for something that isn't known here.
+// the size that the record began with. Answers false, with nothing copied, for a size that none
+// ever had, and where a newer caller asks for something that isn't known here.
 template <class Record>
 bool takeRecord(const Record &given, size_t first, Record *taken) {
   constexpr uint64_t kLargest = 4096;  // more is no size but what stood in the memory

@@ -34,13 +34,13 @@
  * reader answers PxErrorBusy; between calls a reader can be handed to another thread.
  *
  * Growth. A record may get new members at its end in a later version, so that programs go on to
- * work without being built again; docs/stability.md tells what else holds. PxText and PxExtent never
- * grow. What the library gives is read where the pointer to it points: PxSection, PxProperty,
- * PxObjectInfo and PxParameter, which for that is given by an array of pointers. What a program
- * gives, PxEvents and PxLook, begins with its size by that program's header and is zero where it
- * isn't set. A smaller record is an older program's and does what it did. A larger one is a newer
- * program's: it is taken where all that this library doesn't know in it is zero, and otherwise
- * refused with PxErrorArgument. PX_VERSION_NUMBER and PxVersion tell what is there.
+ * work without being built again; docs/stability.md tells what else holds. PxText and PxExtent
+ * never grow. What the library gives is read where the pointer to it points: PxSection, PxProperty,
+ * PxObjectInfo and PxParameter, of which a property therefore has an array of pointers. What a
+ * program gives, PxEvents and PxLook, begins with its size by that program's header and is zero
+ * where it isn't set. A smaller record is an older program's and does what it did. A larger one is
+ * a newer program's: it is taken where all that this library doesn't know in it is zero, and
+ * otherwise refused with PxErrorArgument. PX_VERSION_NUMBER and PxVersion tell what is there.
  *
  * Memory. A reader holds some hundred kilobytes whatever the file contains, and puts the rest in
  * temporary files without a name, in TMPDIR or /tmp. PxReadJson holds the text of one section,
@@ -237,8 +237,8 @@ PX_API int32_t PxWriteJson(PxReader *reader, PxSink sink, void *user);
 
 /*
  * Gives `sink` the object that stands in the place of what couldn't be read: {"file", "error"}, in
- * one line without a line end; without "file" where that is empty. What isn't UTF-8 in the arguments
- * becomes U+FFFD.
+ * one line without a line end; without "file" where that is empty. What isn't UTF-8 in the
+ * arguments becomes U+FFFD.
  */
 PX_API int32_t PxWriteJsonError(const char *file, const char *error, PxSink sink, void *user);
 

@@ -37,8 +37,9 @@
  * Two things cost more, since they end the input: a byte 0xFF, which reads as the end in the head
  * of a line, in quoted-printable text that is listed, and in values that the pass for the summary
  * reads as heads, though not in plain text that is listed; and position 4,294,967,295 (2^32 - 1),
- * since positions have 32 bits. The bytes from there on are never seen. The library keeps no writable global state: streams
- * on different threads are independent, each record and stream belongs to one caller at a time.
+ * since positions have 32 bits. The bytes from there on are never seen. The library keeps no
+ * writable global state: streams on different threads are independent, each record and stream
+ * belongs to one caller at a time.
  *
  * What is not promised. Pointers given to the filter aren't checked, but where a routine's comment
  * says so. Nor is the order of the calls: VwStreamRead, VwStreamTell and VwStreamSeek before

@@ -39,7 +39,7 @@ def frame(paths: Path | Iterable[Path], *, columns: str | Iterable[str] | None =
     `columns` names the columns. In small letters it is a field of `Section`, in capitals a property
     of the file: "TEL", "X-ABC". What isn't there is None. Several values, of a field or of several
     properties with the name, have a line end between them; the fields of a structured value have
-    ";", and several items in one field ",". An object is told by its type, "image/jpeg".
+    ";", and several items in one field a comma. An object is told by its type, "image/jpeg".
 
     A file that can't be read raises `Error`. With `skip_unreadable` it is told to `fault` as well,
     with the line 0, and the sections before the error stand. The other arguments are those of
