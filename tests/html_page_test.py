@@ -12,9 +12,11 @@ import tempfile
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common import utils
 
 SWITCHES = """--headless=new --no-sandbox --disable-gpu --disable-quic --no-first-run
---disable-background-networking --disable-component-update --disable-sync --hide-scrollbars"""
+--disable-background-networking --disable-component-update --disable-sync --hide-scrollbars
+--remote-debugging-pipe"""
 
 LONG = "W" * 400
 HOSTILE = f"""BEGIN:VCARD
@@ -94,6 +96,15 @@ setTimeout(() => {
 """
 
 
+class Driver(Service):
+    """Reached by its address, and the browser by a pipe: a bare machine knows no name localhost."""
+
+    service_url = property(lambda self: f"http://127.0.0.1:{self.port}")
+
+    def is_connectable(self):
+        return utils.is_connectable(self.port, "127.0.0.1")
+
+
 @contextlib.contextmanager
 def browser():
     with tempfile.TemporaryDirectory() as profile:
@@ -102,7 +113,7 @@ def browser():
         for switch in SWITCHES.split() + ["--user-data-dir=" + profile]:
             options.add_argument(switch)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
-        driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+        driver = webdriver.Chrome(service=Driver("/usr/bin/chromedriver"), options=options)
         try:
             yield driver
         finally:

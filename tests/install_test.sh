@@ -5,6 +5,7 @@
 # sources.
 set -eu
 
+export CMAKE_GENERATOR=Ninja
 build=$1
 root=$2
 work=$(mktemp -d)

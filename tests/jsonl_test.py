@@ -360,6 +360,7 @@ MADE = {
 
 
 def main(pxcard, root, *folders):
+    os.environ["LC_ALL"] = "C"  # errors are compared in English
     with open(os.path.join(root, "docs", "card.schema.json"), encoding="utf-8") as file:
         schema = json.load(file)
     validator = jsonschema.validators.validator_for(schema)(schema)

@@ -5,6 +5,8 @@ import os
 import re
 import subprocess
 
+os.environ["LC_ALL"] = "C"  # errors are compared in English
+
 ROOT = os.path.join(os.path.dirname(__file__), "..", "..")
 FOLDERS = [os.path.join(ROOT, "samples"), os.path.join(ROOT, "tests", "cards"),
            os.environ.get("PX_CORPUS", "")]
