@@ -585,7 +585,7 @@ TEST(Host, FilesThatAreNotReadToTheirEnd) {
     std::string failure;
   } cases[] = {
       {LargestInput, LargestInput - 2, nothing, ""},
-      {LargestInput + 1, LargestInput - 2, nothing, "File too large"},
+      {LargestInput, LargestInput - 2, become(LargestInput + 1), "File too large"},
       {0, 0, nothing, ""},
       {100, 98, become(99), "cut short while it was read"},
       {100, 98, become(101), "changed while it was read"},
@@ -603,12 +603,15 @@ TEST(Host, FilesThatAreNotReadToTheirEnd) {
     uint32_t count = 0;
     EXPECT_EQ(io.Seek64(&io, 0, int64_t(c.from)), 0);
     EXPECT_EQ(io.Read(&io, buffer, 8, &count), 0);
-    EXPECT_EQ(count, c.size - c.from - (c.size > LargestInput ? 1 : 0));
+    EXPECT_EQ(count, c.size - c.from);
     ASSERT_EQ(c.change(number), 0);
     EXPECT_EQ(io.Read(&io, buffer, 8, &count) != 0, !c.failure.empty()) << c.failure;
     EXPECT_EQ(count, 0U);
     EXPECT_EQ(failureOf(io), c.failure);
   }
+  FileDescriptor tooLarge(memfd_create("px", 0));
+  ASSERT_EQ(ftruncate(tooLarge.number(), off_t(LargestInput) + 1), 0);
+  EXPECT_THROW(FileIo(std::move(tooLarge)), std::system_error);
 }
 
 }  // namespace

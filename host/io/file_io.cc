@@ -16,6 +16,7 @@ FileIo::FileIo(FileDescriptor file) : file_(std::move(file)) {
   if (!isRegular_) return;
   size_ = static_cast<uint64_t>(status.st_size);
   written_ = status.st_mtim;
+  if (size_ > LargestInput) throw std::system_error(EFBIG, std::generic_category());
 }
 
 void FileIo::check() const {

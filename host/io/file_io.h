@@ -20,6 +20,7 @@ constexpr uint64_t LargestInput = UINT32_MAX;
 // see spoolInput for one that isn't. Belongs to who made it; slot Close does nothing.
 class FileIo final : public PositionedIo<FileIo> {
  public:
+  // Throws std::system_error with EFBIG for a file that is larger than LargestInput.
   explicit FileIo(FileDescriptor file);
 
   // From now on adds to `count` how many bytes of the file have been read at least once, so to say:
@@ -27,9 +28,9 @@ class FileIo final : public PositionedIo<FileIo> {
   void countIn(std::atomic<uint64_t> *count) { count_ = count; }
 
   // Throws std::runtime_error, whose text is for a person, when a read has failed: also when the
-  // file is larger than LargestInput, or isn't any more what it was in the beginning: cut short,
-  // written over, longer. The filter takes a failure for the end of the input, so a program asks
-  // here after the run.
+  // file is larger than LargestInput by now, or isn't any more what it was in the beginning: cut
+  // short, written over, longer. The filter takes a failure for the end of the input, so a program
+  // asks here after the run.
   void check() const;
 
   int32_t readAt(uint64_t position, void *to, uint32_t size, uint32_t *count);
