@@ -56,9 +56,12 @@ std::string bashScript() {
   names.pop_back();
   return "# Completion of pxcard for bash.\n"
          "_pxcard() {\n"
-         "  local word=$2\n"
+         "  local word=$2 option=$3\n"
          "  COMPREPLY=()\n"
-         "  case $3 in\n" +
+         "  # The shell takes --format=j for three words.\n"
+         "  [[ $word == = ]] && word=\n"
+         "  [[ $option == = ]] && option=${COMP_WORDS[COMP_CWORD - 2]}\n"
+         "  case $option in\n" +
          cases +
          "    *)\n"
          "      if [[ $word == -* ]]; then\n"
