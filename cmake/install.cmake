@@ -27,6 +27,7 @@ endforeach()
 # The command, and how the desktop and mail programs find it. Man pages and completions are installed
 # where they are made, in docs/, so are the texts in other languages, in po/, and the Python package.
 install(TARGETS pxcard COMPONENT command)
+install(PROGRAMS packaging/pxcard-open TYPE BIN COMPONENT command)
 install(FILES packaging/pxcard.desktop
   DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT command)
 install(FILES packaging/pxcard.mailcap

@@ -37,6 +37,7 @@ The headers, the CMake package and the manuals of libpx_vcrd and libpx_cards.")
 set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME pxcard)
 set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_COMMAND_PACKAGE_DEPENDS "libpx${PX_SOVERSION} (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_COMMAND_PACKAGE_SUGGESTS "xdg-utils")
 set(CPACK_COMPONENT_COMMAND_DESCRIPTION
   "shows vCard and vCalendar files
 pxcard shows cards and calendars as text or JSON and saves what is embedded in them.")
