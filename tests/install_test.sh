@@ -5,7 +5,6 @@
 # sources.
 set -eu
 
-export CMAKE_GENERATOR=Ninja
 build=$1
 root=$2
 work=$(mktemp -d)
@@ -35,7 +34,7 @@ for pair in cards_json:px-cards filter_host:px-vcrd; do
   cc $strict -o "$work/bin/${pair%:*}" "$work/host/${pair%:*}.c" \
     $(pkg-config --cflags --libs "${pair#*:}") -Wl,-rpath,"$lib"
 done
-cmake -S "$work/host" -B "$work/cmake" -Dpx_DIR="$lib/cmake/px" >/dev/null
+cmake -G Ninja -S "$work/host" -B "$work/cmake" -Dpx_DIR="$lib/cmake/px" >/dev/null
 cmake --build "$work/cmake" >/dev/null
 
 # The library speaks its languages, also where its folder is reached by a link, as /lib is one.

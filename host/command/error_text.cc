@@ -37,6 +37,7 @@ namespace {
     N_("cut short while it was read"),
     N_("not a vCard or vCalendar file"),
     N_("temporary file in TMPDIR or /tmp"),
+    N_("is empty"),
     N_("the input can't be read"),
 
     N_("BEGIN of nothing"),

@@ -7,7 +7,8 @@
 
 namespace px {
 
-enum ExitCode { ExitGood = 0, ExitFailed = 1, ExitUsage = 2 };
+// The higher, the worse: of several files the worst counts.
+enum ExitCode { ExitGood = 0, ExitFaults = 1, ExitUsage = 2, ExitFailed = 3 };
 
 struct ExitCodeText {
   ExitCode code;
@@ -15,9 +16,11 @@ struct ExitCodeText {
 };
 
 inline constexpr ExitCodeText kExitCodes[] = {
-    {ExitGood, N_("all went well")},
-    {ExitFailed, N_("something could not be read, saved or written; all that could be is there")},
-    {ExitUsage, N_("wrong use of the command; nothing was done")},
+    {ExitGood, N_("all was read")},
+    {ExitFaults, N_("all files were read, with faults in them, which are told")},
+    {ExitUsage, N_("wrong use of the command; nothing was replaced")},
+    {ExitFailed, N_("a file, or the rest of it, could not be read or holds no card, or the output "
+                    "failed; all else is there")},
 };
 
 }  // namespace px

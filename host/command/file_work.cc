@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <stdexcept>
@@ -12,7 +13,7 @@
 
 #include "host/command/error_text.h"
 #include "host/command/messages.h"
-#include "host/command/object_saving.h"
+#include "host/command/object_events.h"
 #include "host/io/file_io.h"
 #include "host/io/file_writer.h"
 #include "host/io/spool.h"
@@ -52,7 +53,7 @@ class FileWork {
         reader_(settings.page ? *settings.page : own_.emplace()),
         most_(options_.task == Task::Check ? UINT64_MAX : 100) {}
 
-  bool run();
+  ExitCode run();
 
  private:
   bool isJson() const { return options_.task == Task::Json || options_.task == Task::JsonLines; }
@@ -65,11 +66,12 @@ class FileWork {
   void json();
   void trace();
   void extract(FileIo *io);
+  void extractOne();
 
   template <class Step>
   void writeJson(Step step);
   void writeTitled(std::string_view text);
-  void report(const std::string &fault);
+  void report(ExitCode code, const std::string &fault);
   void end(const std::string &fault);
 
   const WorkSettings &settings_;
@@ -83,10 +85,10 @@ class FileWork {
                          // number that still helps a person
   uint64_t faults_ = 0;
   bool begun_ = false;  // something was written
-  bool good_ = true;
+  ExitCode code_ = ExitGood;
 };
 
-bool FileWork::run() {
+ExitCode FileWork::run() {
   try {
     if (!input_.fault.empty()) throw std::runtime_error(input_.fault);
     FileIo io(openInput(input_.name));
@@ -107,7 +109,7 @@ bool FileWork::run() {
   } catch (const std::exception &error) {
     end(errorText(error));
   }
-  return good_;
+  return code_;
 }
 
 // Faults are told as they are met.
@@ -115,7 +117,7 @@ void FileWork::open(FileIo *io) {
   PxReader *reader = reader_.get();
   reader_.setFault([this](uint64_t line, const char *text) {
     if (++faults_ > most_) return;
-    report(filled(tr("line %1: %2"), {std::to_string(line), faultText(text)}));
+    report(ExitFaults, filled(tr("line %1: %2"), {std::to_string(line), faultText(text)}));
   });
   PxSetRaw(reader, options_.raw);
   PxSetLimit(reader, !options_.noLimit);
@@ -126,8 +128,8 @@ void FileWork::open(FileIo *io) {
 void FileWork::read(FileIo *io) {
   const auto tellOthers = [&] {
     if (faults_ <= most_) return;
-    report(
-        filled(tr("%1 more of that kind; --check tells all"), {std::to_string(faults_ - most_)}));
+    report(ExitFaults, filled(tr("%1 more of that kind; --check tells all"),
+                              {std::to_string(faults_ - most_)}));
   };
   try {
     readAll(io);
@@ -162,6 +164,8 @@ void FileWork::readAll(FileIo *io) {
     }
     case Task::Extract:
       return extract(io);
+    case Task::ExtractOne:
+      return extractOne();
   }
 }
 
@@ -176,12 +180,12 @@ void FileWork::end(const std::string &fault) {
   if (options_.task == Task::Html) {
     reader_.check(PxTellOnPage(reader_.get(), name_.c_str(), shown.c_str()));
   }
-  report(fault);
+  report(ExitFailed, fault);
 }
 
-void FileWork::report(const std::string &fault) {
+void FileWork::report(ExitCode code, const std::string &fault) {
   output_.complain(name_ + ": " + fault);
-  good_ = false;
+  code_ = std::max(code_, code);
 }
 
 // Divides what is shown of several files; nothing stands above a file that is no card.
@@ -234,15 +238,20 @@ void FileWork::extract(FileIo *io) {
     output_.write(saved.name + '\t' + saved.type + '\t' + std::to_string(saved.size) + '\t' +
                   name_ + '\t' + std::to_string(saved.card) + '\n');
     if (saved.damaged) {
-      report(filled(tr("%1: cut off at a byte that is no Base64"), {saved.name}));
+      report(ExitFaults, filled(tr("%1: cut off at a byte that is no Base64"), {saved.name}));
     }
   };
   const std::string fileName = input_.name == "-" ? "stdin" : name_;
   ObjectExtraction extraction(
       fileName, settings_.target, [io] { io->check(); }, announce);
-  while (saveObjects(&reader_, &extraction)) {
+  while (readObjects(&reader_, &extraction)) {
   }
   io->check();
+}
+
+void FileWork::extractOne() {
+  while (!settings_.choice->isMade() && readObjects(&reader_, settings_.choice)) {
+  }
 }
 
 }  // namespace
@@ -259,7 +268,7 @@ OutputFrame frameOf(Task task) {
   }
 }
 
-bool doFile(const WorkSettings &settings, const Input &input, FileOutput *output) {
+ExitCode doFile(const WorkSettings &settings, const Input &input, FileOutput *output) {
   return FileWork(settings, input, output).run();
 }
 

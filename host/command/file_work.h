@@ -8,8 +8,10 @@
 #include <string>
 
 #include "host/command/card_reader.h"
+#include "host/command/exit_code.h"
 #include "host/command/file_output.h"
 #include "host/command/inputs.h"
+#include "host/command/object_choice.h"
 #include "host/command/options.h"
 #include "host/saving/object_extraction.h"
 #include "host/writers/text_look.h"
@@ -22,6 +24,7 @@ struct WorkSettings {
   TextLook look;
   bool titled;                       // each file's text stands under its name
   ObjectExtraction::Target *target;  // for Task::Extract, which one thread does
+  ObjectChoice *choice;              // for Task::ExtractOne, likewise
   CardReader *page;                  // for Task::Html, likewise: with the page that is open
   std::atomic<uint64_t> *bytesRead;
 };
@@ -29,9 +32,9 @@ struct WorkSettings {
 // What stands around the files' outputs.
 OutputFrame frameOf(Task task);
 
-// Does the task with a file. Answers whether all of it could be read; what couldn't is told to the
-// output. Throws what writing to the output throws.
-bool doFile(const WorkSettings &settings, const Input &input, FileOutput *output);
+// Does the task with a file. What couldn't be read is told to the output and makes the answer.
+// Throws what writing to the output throws.
+ExitCode doFile(const WorkSettings &settings, const Input &input, FileOutput *output);
 
 }  // namespace px
 

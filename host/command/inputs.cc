@@ -9,6 +9,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "host/command/output_guard.h"
 #include "host/languages/translation.h"
 
 namespace px {
@@ -113,7 +114,7 @@ void InputList::beginWalk(const std::string &folder) {
 
 bool InputList::nextBelow(Input *input) {
   errno = 0;
-  const FTSENT *entry = fts_read(walk_.get());
+  FTSENT *entry = fts_read(walk_.get());
   const int error = errno;
   if (!entry) {
     walk_.reset();
@@ -133,6 +134,13 @@ bool InputList::nextBelow(Input *input) {
       foundAny_ = true;
       input->fault = systemText(entry->fts_errno);
       return true;
+    case FTS_D:
+      // What is saved is not read.
+      if (!options_.directory.empty() &&
+          identityOf(entry->fts_path) == identityOf(options_.directory)) {
+        fts_set(walk_.get(), entry, FTS_SKIP);
+      }
+      return false;
     case FTS_F:
       break;
     case FTS_SL:

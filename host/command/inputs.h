@@ -25,7 +25,8 @@ class InputList {
 
   // Answers false behind the last. No list is held: folders and lists of names are read on the way.
   // The files of a folder come sorted by name; those with the extension of a card in any case are
-  // taken. Links to files are followed below a folder, links to folders are not.
+  // taken. Links to files are followed below a folder, links to folders are not, and the folder
+  // that objects are saved in is left out.
   bool next(Input *input);
 
   // There is one file at most, so there is no need to say which one is shown.

@@ -1,5 +1,6 @@
 #include "host/command/jobs.h"
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <deque>
@@ -18,7 +19,7 @@ struct Slot {
 
   Input input;
   HeldOutput output;
-  bool good = false;
+  ExitCode code = ExitGood;
   bool done = false;
   std::exception_ptr failure;  // of the work itself, not of its file
 };
@@ -51,7 +52,7 @@ class Crew {
   }
 
   // Waits for the first file and gives it to `output`.
-  bool deliverFirst(DirectOutput *output) {
+  ExitCode deliverFirst(DirectOutput *output) {
     std::unique_lock lock(mutex_);
     Slot &first = slots_.front();
     done_.wait(lock, [&] { return first.done; });
@@ -59,11 +60,11 @@ class Crew {
     if (first.failure) std::rethrow_exception(first.failure);
     output->beginFile();
     first.output.deliver(output);
-    const bool good = first.good;
+    const ExitCode code = first.code;
     lock.lock();
     slots_.pop_front();
     --next_;
-    return good;
+    return code;
   }
 
  private:
@@ -75,7 +76,7 @@ class Crew {
       Slot &slot = slots_[next_++];  // a deque's elements stay where they are
       lock.unlock();
       try {
-        slot.good = work_(slot.input, &slot.output);
+        slot.code = work_(slot.input, &slot.output);
       } catch (const HeldOutput::Stopped &) {
       } catch (...) {
         slot.failure = std::current_exception();
@@ -97,23 +98,24 @@ class Crew {
 
 }  // namespace
 
-bool runFiles(InputList *inputs, uint32_t jobs, const WorkOnFile &work, DirectOutput *output) {
-  bool good = true;
+ExitCode runFiles(InputList *inputs, uint32_t jobs, const WorkOnFile &work, DirectOutput *output) {
+  ExitCode worst = ExitGood;
+  const auto add = [&worst](ExitCode code) { worst = std::max(worst, code); };
   Input input;
   if (jobs == 1) {
     while (inputs->next(&input)) {
       output->beginFile();
-      good &= work(input, output);
+      add(work(input, output));
     }
-    return good;
+    return worst;
   }
   Crew crew(jobs, work);
   while (inputs->next(&input)) {
-    if (crew.waiting() == jobs * kAhead) good &= crew.deliverFirst(output);
+    if (crew.waiting() == jobs * kAhead) add(crew.deliverFirst(output));
     crew.add(std::move(input));
   }
-  while (crew.waiting() > 0) good &= crew.deliverFirst(output);
-  return good;
+  while (crew.waiting() > 0) add(crew.deliverFirst(output));
+  return worst;
 }
 
 }  // namespace px

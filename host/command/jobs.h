@@ -6,18 +6,20 @@
 #include <cstdint>
 #include <functional>
 
+#include "host/command/exit_code.h"
 #include "host/command/file_output.h"
 #include "host/command/inputs.h"
 
 namespace px {
 
-// Reads a file into the output; answers whether all of it could be read. Called by any thread.
-using WorkOnFile = std::function<bool(const Input &input, FileOutput *output)>;
+// Reads a file into the output. Called by any thread.
+using WorkOnFile = std::function<ExitCode(const Input &input, FileOutput *output)>;
 
 // Does the work for every input, one behind the other where `jobs` is 1, else with so many threads.
-// Then outputs wait in spools, of a few files ahead of the first that isn't done. Answers whether
-// all of all files could be read. Throws what writing to `output` throws.
-bool runFiles(InputList *inputs, uint32_t jobs, const WorkOnFile &work, DirectOutput *output);
+// Then outputs wait in spools, of a few files ahead of the first that isn't done. Answers
+// the worst of the answers. Throws what the work on a file throws, and what writing to `output`
+// does.
+ExitCode runFiles(InputList *inputs, uint32_t jobs, const WorkOnFile &work, DirectOutput *output);
 
 }  // namespace px
 

@@ -13,7 +13,10 @@ constexpr OptionRow kOptions[] = {
     {OptionExtract, "extract", "DIR", Completes::Folders, "",
      N_("save the embedded objects in DIR instead; writes a line for each: name, type, size in "
         "bytes, file and card, with tabs between. Equal content is saved once. Reads one file at "
-        "a time")},
+        "a time. With - as DIR one object is written to standard output")},
+    {OptionObject, "object", "N", Completes::Words, "photo",
+     N_("which object --extract - writes: that of this number, or photo for the first picture; the "
+        "first when not given")},
     {OptionName, "name", "PATTERN", Completes::Words,
      "{file}-{card}-{kind} {file}-{number} {title}",
      N_("name the saved objects by {file}, {card}, {kind}, {number} and {title}; the extension "
@@ -26,11 +29,16 @@ constexpr OptionRow kOptions[] = {
      N_("write to FILE, which is replaced when all is written")},
     {OptionQuiet, "quiet", nullptr, Completes::Nothing, "",
      N_("don't tell faults of files; the exit code does")},
+    {OptionTolerant, "tolerant", nullptr, Completes::Nothing, "",
+     N_("exit with 0 where there are faults in files; they are told all the same")},
     {OptionJobs, "jobs", "N", Completes::Nothing, "", N_("read N files at a time")},
     {OptionRaw, "raw", nullptr, Completes::Nothing, "",
      N_("read the bytes as they stand, as trace always does")},
     {OptionNoLimit, "no-limit", nullptr, Completes::Nothing, "",
      N_("read on where a file costs more work than its size allows")},
+    {OptionWidth, "width", "N", Completes::Nothing, "",
+     N_("wrap text to N columns, or not at all with 0; the width of the terminal, else COLUMNS, "
+        "else 80 when not given")},
     {OptionColor, "color", "WHEN", Completes::Words, "auto always never",
      N_("colours in text: auto, always or never")},
     {OptionLang, "lang", "LANG", Completes::Words, "ar de en es fr ja",

@@ -4,12 +4,14 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <initializer_list>
 #include <string_view>
 #include <utility>
 
+#include "host/command/object_choice.h"
 #include "host/command/option_table.h"
+#include "host/command/suggestion.h"
+#include "host/command/whole_number.h"
 #include "host/languages/translation.h"
 #include "host/saving/name_pattern.h"
 
@@ -17,9 +19,24 @@ namespace px {
 namespace {
 
 constexpr uint32_t kMostJobs = 256;
+constexpr uint32_t kMostColumns = 100000;
 
 [[noreturn]] void wrong(std::string_view text, std::initializer_list<std::string_view> values) {
   throw UsageError(filled(tr(text), values));
+}
+
+// Tells what may have been meant.
+[[noreturn]] void suggest(const std::string &text, const std::string &meant) {
+  throw UsageError(meant.empty() ? text : filled(tr("%1; did you mean %2?"), {text, meant}));
+}
+
+[[noreturn]] void refuseValue(std::string_view option, std::string_view value,
+                              const std::vector<std::string> &known) {
+  std::string list;
+  for (const std::string &one : known) list.append(list.empty() ? "" : ", ").append(one);
+  const std::optional<size_t> near = nearest(value, known);
+  suggest(filled(tr("unknown value %2 for %1; known: %3"), {option, value, list}),
+          near ? known[*near] : "");
 }
 
 template <class T>
@@ -27,32 +44,32 @@ using Names = std::initializer_list<std::pair<std::string_view, T>>;
 
 template <class T>
 T valueNamed(std::string_view option, std::string_view name, Names<T> names) {
-  std::string list;
-  for (const auto &[known, value] : names) {
-    if (name == known) return value;
-    list.append(list.empty() ? "" : ", ").append(known);
+  std::vector<std::string> known;
+  for (const auto &[one, value] : names) {
+    if (name == one) return value;
+    known.emplace_back(one);
   }
-  wrong(N_("unknown value %2 for %1; known: %3"), {option, name, list});
+  refuseValue(option, name, known);
 }
 
-uint32_t jobsOf(std::string_view text) {
-  uint32_t jobs = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
-  const bool whole = error == std::errc() && end == text.data() + text.size();
-  if (!whole || jobs < 1 || jobs > kMostJobs) {
-    wrong(N_("--jobs needs a number from 1 to %1"), {std::to_string(kMostJobs)});
-  }
-  return jobs;
+uint32_t numberOf(std::string_view option, std::string_view text, uint32_t least, uint32_t most) {
+  const std::optional<uint32_t> number = wholeNumber(text);
+  if (number && *number >= least && *number <= most) return *number;
+  wrong(N_("%1 needs a number from %2 to %3"),
+        {option, std::to_string(least), std::to_string(most)});
+}
+
+uint32_t objectOf(std::string_view text) {
+  if (text == "photo") return ObjectChoice::Picture;
+  const uint32_t number = wholeNumber(text).value_or(0);
+  if (number == 0) refuseValue("--object", text, {"N", "photo"});
+  return number;
 }
 
 void chooseLanguage(const std::string &code) {
   if (useLanguage(code)) return;
   useLanguageOfEnvironment();
-  std::string list;
-  for (const std::string &known : knownLanguages()) {
-    list.append(list.empty() ? "" : ", ").append(known);
-  }
-  wrong(N_("unknown value %2 for %1; known: %3"), {"--lang", code, list});
+  refuseValue("--lang", code, knownLanguages());
 }
 
 // Tables in the form that getopt_long takes.
@@ -82,11 +99,14 @@ const OptionRow *rowOf(int id) {
   const OptionRow *row = rowOf(id);
   const std::string name = row       ? std::string("--") + row->name
                            : id != 0 ? std::string("-") + static_cast<char>(id)
-                                     : std::string(argument);
-  wrong(lacksValue ? N_("%1 needs a value")
-        : row      ? N_("%1 takes no value")
-                   : N_("unknown option %1"),
-        {name});
+                                     : std::string(argument.substr(0, argument.find('=')));
+  if (lacksValue) wrong(N_("%1 needs a value"), {name});
+  if (row) wrong(N_("%1 takes no value"), {name});
+  if (name == "-v" || name == "--verbose") {
+    wrong(N_("there is no %1: faults are told without it, all of them by --check, none with -q"),
+          {name});
+  }
+  suggest(filled(tr("unknown option %1"), {name}), id != 0 ? "" : suggestedOption(name.substr(2)));
 }
 
 void take(int id, const char *value, Options *options) {
@@ -102,6 +122,9 @@ void take(int id, const char *value, Options *options) {
     case OptionExtract:
       options->directory = value;
       if (options->directory.empty()) wrong(N_("%1 needs a value"), {"--extract"});
+      break;
+    case OptionObject:
+      options->object = objectOf(value);
       break;
     case OptionName:
       options->namePattern = value;
@@ -124,13 +147,19 @@ void take(int id, const char *value, Options *options) {
       options->quiet = true;
       break;
     case OptionJobs:
-      options->jobs = jobsOf(value);
+      options->jobs = numberOf("--jobs", value, 1, kMostJobs);
       break;
     case OptionRaw:
       options->raw = true;
       break;
     case OptionNoLimit:
       options->noLimit = true;
+      break;
+    case OptionTolerant:
+      options->tolerant = true;
+      break;
+    case OptionWidth:
+      options->width = numberOf("--width", value, 0, kMostColumns);
       break;
     case OptionColor:
       options->color = valueNamed<Color>(
@@ -174,8 +203,15 @@ void checkTogether(const Options &options, const std::vector<int> &given) {
   exclude(OptionFormat, "--format", OptionCheck, "--check");
   exclude(OptionCheck, "--check", OptionExtract, "--extract");
   exclude(OptionCheck, "--check", OptionOutput, "--output");
+  const bool extractsOne = options.task == Task::ExtractOne;
   if (has(OptionName) && !has(OptionExtract))
     wrong(N_("%1 goes with %2 only"), {"--name", "--extract"});
+  if (has(OptionName) && extractsOne)
+    wrong(N_("%1 and %2 exclude each other"), {"--name", "--extract -"});
+  if (has(OptionObject) && !extractsOne)
+    wrong(N_("%1 goes with %2 only"), {"--object", "--extract -"});
+  if (extractsOne && options.output.empty() && isatty(STDOUT_FILENO) == 1)
+    wrong(N_("an object isn't written to a terminal; %1 writes it to a file"), {"--output"});
   if (!options.files0From.empty() && !options.files.empty()) {
     wrong(N_("with --files0-from no file can be an argument"), {});
   }
@@ -208,6 +244,10 @@ Options parseOptions(int argc, char **argv) {
   for (const int id : given) {
     if (id == OptionCheck) options.task = Task::Check;
     if (id == OptionExtract) options.task = Task::Extract;
+  }
+  if (options.directory == "-") {
+    options.directory.clear();
+    options.task = Task::ExtractOne;
   }
   checkTogether(options, given);
   if (options.files.empty() && options.files0From.empty()) {

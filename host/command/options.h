@@ -4,6 +4,7 @@
 #define PX_HOST_COMMAND_OPTIONS_H
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -11,7 +12,8 @@
 namespace px {
 
 // What is made of the files.
-enum class Task { Text, Html, Json, JsonLines, Trace, Check, Extract };
+// Extract saves objects in a folder, ExtractOne writes one.
+enum class Task { Text, Html, Json, JsonLines, Trace, Check, Extract, ExtractOne };
 
 enum class Color { Auto, Always, Never };
 
@@ -24,10 +26,13 @@ struct Options {
   Task task = Task::Text;
   std::string directory;    // to save objects in
   std::string namePattern;  // of the saved objects; empty: their own names
+  uint32_t object = 1;      // that is written, as ObjectChoice takes it
   bool raw = false;
   bool noLimit = false;
+  bool tolerant = false;
   Color color = Color::Auto;
-  std::string output;  // a file; empty: standard output
+  std::optional<uint32_t> width;  // of text, as TextLook has it; nothing: that of the terminal
+  std::string output;             // a file; empty: standard output
   bool quiet = false;
   uint32_t jobs = 1;
   bool recursive = false;

@@ -3,9 +3,11 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 
 #include "host/command/card_reader.h"
@@ -15,7 +17,9 @@
 #include "host/command/jobs.h"
 #include "host/command/messages.h"
 #include "host/command/output_file.h"
+#include "host/command/output_guard.h"
 #include "host/command/progress.h"
+#include "host/command/whole_number.h"
 #include "host/filter/filter_library.h"
 #include "host/io/file_writer.h"
 #include "host/languages/translation.h"
@@ -23,16 +27,21 @@
 namespace px {
 namespace {
 
-TextLook lookOf(Color color, int file) {
-  TextLook look;
+// A terminal's own width counts: COLUMNS is what it was when some program started.
+uint32_t widthOf(int file) {
   winsize window{};
-  const bool isTerminal = isatty(file) == 1;
-  if (isTerminal && ioctl(file, TIOCGWINSZ, &window) == 0 && window.ws_col > 0) {
-    look.width = window.ws_col;
-  }
+  if (ioctl(file, TIOCGWINSZ, &window) == 0 && window.ws_col > 0) return window.ws_col;
+  const char *columns = std::getenv("COLUMNS");
+  const uint32_t width = wholeNumber(columns ? columns : "").value_or(0);
+  return width > 0 ? width : TextLook().width;
+}
+
+TextLook lookOf(const Options &options, int file) {
+  TextLook look;
+  look.width = options.width ? *options.width : widthOf(file);
   const char *without = std::getenv("NO_COLOR");
-  const bool wanted = isTerminal && !(without && *without);
-  look.color = color == Color::Always || (color == Color::Auto && wanted);
+  const bool wanted = isatty(file) == 1 && !(without && *without);
+  look.color = options.color == Color::Always || (options.color == Color::Auto && wanted);
   return look;
 }
 
@@ -47,7 +56,24 @@ std::string pageTitle(const Options &options, const InputList &inputs) {
   return std::string(tr("Cards and calendars"));
 }
 
-ExitCode runInto(const Options &options, int file) {
+std::string missingObject(uint32_t wanted, uint32_t count) {
+  if (wanted == ObjectChoice::Picture) return std::string(tr("no picture is embedded"));
+  if (count == 0) return std::string(tr("no embedded objects"));
+  return filled(tr("there is no object %1; there are %2"),
+                {std::to_string(wanted), std::to_string(count)});
+}
+
+// Writes the object that was chosen. Where there is none it throws, so that no file is replaced.
+ExitCode writeChoice(const Options &options, const ObjectChoice &choice, FileWriter *writer,
+                     DirectOutput *output) {
+  if (!choice.isFound()) throw std::runtime_error(missingObject(options.object, choice.count()));
+  choice.write(writer);
+  if (!choice.isDamaged()) return ExitGood;
+  output->complain(filled(tr("%1: cut off at a byte that is no Base64"), {"-"}));
+  return ExitFaults;
+}
+
+ExitCode runInto(const Options &options, const OutputGuard &guard, int file) {
   // With less the filter reads a file in many small pieces. Where it reads a stranger's bytes as
   // they stand it has less all the same: what it reads again inside of its buffer no limit sees.
   constexpr uint32_t kilobytes = 64;
@@ -57,20 +83,25 @@ ExitCode runInto(const Options &options, int file) {
   Progress progress(options, showsProgress(options, file));
   ObjectExtraction::Target target{SaveDirectory(options.directory), {}, options.namePattern};
   DirectOutput output(frameOf(options.task), options.quiet, &writer);
+  ObjectChoice choice(options.object);
   std::optional<CardReader> page;
   const WorkSettings settings{.options = options,
-                              .look = lookOf(options.color, file),
+                              .look = lookOf(options, file),
                               .titled = !inputs.isSingle(),
                               .target = &target,
+                              .choice = &choice,
                               .page = options.task == Task::Html ? &page.emplace() : nullptr,
                               .bytesRead = &progress.bytes};
   const WorkOnFile work = [&](const Input &input, FileOutput *to) {
-    const bool good = doFile(settings, input, to);
+    if (choice.isMade()) return ExitGood;
+    if (input.fault.empty()) guard.check(input.name);
+    const ExitCode code = doFile(settings, input, to);
     ++progress.files;
-    return good;
+    return code;
   };
   // The objects' names go by the order of the files, and a page is one text.
-  const bool inOrder = options.task == Task::Extract || options.task == Task::Html;
+  const bool inOrder = options.task == Task::Extract || options.task == Task::ExtractOne ||
+                       options.task == Task::Html;
   const uint32_t jobs = inOrder ? 1 : options.jobs;
   output.begin();
   if (page) {
@@ -78,10 +109,13 @@ ExitCode runInto(const Options &options, int file) {
     page->check(PxBeginPage(page->get(), pageTitle(options, inputs).c_str(), !inputs.isSingle(),
                             CardReader::sink, &*page));
   }
-  const bool good = runFiles(&inputs, jobs, work, &output);
+  ExitCode code = runFiles(&inputs, jobs, work, &output);
+  if (options.task == Task::ExtractOne) {
+    code = std::max(code, writeChoice(options, choice, &writer, &output));
+  }
   if (page) page->check(PxEndPage(page->get()));
   output.end();
-  return good ? ExitGood : ExitFailed;
+  return options.tolerant && code == ExitFaults ? ExitGood : code;
 }
 
 }  // namespace
@@ -99,7 +133,9 @@ ExitCode writeOutput(const std::string &name, const std::function<ExitCode(int f
 }
 
 ExitCode runProgram(const Options &options) {
-  return writeOutput(options.output, [&options](int file) { return runInto(options, file); });
+  const OutputGuard guard(options);
+  guard.checkNamed(options);
+  return writeOutput(options.output, [&](int file) { return runInto(options, guard, file); });
 }
 
 }  // namespace px

@@ -19,6 +19,12 @@ std::string contentTypeOf(const void *bytes, size_t size) {
   return std::string(guessContentType({static_cast<const char *>(bytes), size}).mime);
 }
 
+bool isEmpty(VcardIo *io) {
+  char byte;
+  uint32_t count = 0;
+  return readIoAt(io, 0, &byte, 1, &count) == 0 && count == 0;
+}
+
 const FilterLibrary &filter() {
   try {
     return filterLibrary();
@@ -95,6 +101,7 @@ auto Reader::reading(Step step) {
   } catch (...) {
     failure_ = resultOfException(PxErrorRead, &failureNumber_, &failureText_);
   }
+  if (failure_ == PxErrorNotCards && isEmpty(input_->io())) failureText_ = "is empty";
   endObjects();
   if (failureText_.empty()) failureText_ = PxResultText(failure_);
   throw Failure(failure_, failureText_, failureNumber_);

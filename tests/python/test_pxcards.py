@@ -145,7 +145,7 @@ class Odd(io.BytesIO):
     ("/", IsADirectoryError, "^/: Is a directory"),
     ("/proc/self/mem", OSError, "Input/output error"),
     (b"nothing of that kind", pxcards.Error, "not a vCard"),
-    (b"", ValueError, "not a vCard"),
+    (b"", ValueError, "is empty"),
     ("a\0b.vcf", ValueError, "null"),
     (io.StringIO(CARDS.decode()), TypeError, "binary"),
     (5, TypeError, "int"),
@@ -268,20 +268,27 @@ def test_threads_take_turns():
     assert photos == PHOTOS * 30
 
 
-def run(*arguments):
-    return subprocess.run([sys.executable, *arguments], capture_output=True, timeout=60)
+def run(*arguments, stdout=subprocess.PIPE):
+    return subprocess.run([sys.executable, *arguments], stdout=stdout, stderr=subprocess.PIPE,
+                          timeout=60)
 
 
 def test_command(tmp_path):
     (tmp_path / "no card").write_bytes(b"?")
-    files = [*FILES, str(tmp_path / "no card")]
+    (tmp_path / "empty").write_bytes(b"")
+    files = [*FILES, str(tmp_path / "no card"), str(tmp_path / "empty")]
     command = subprocess.run([os.environ["PXCARD"], "--format", "jsonl", *files],
                              capture_output=True, timeout=60)
     ran = run("-m", "pxcards", *files)
     assert list(map(json.loads, ran.stdout.splitlines())) == list(
         map(json.loads, command.stdout.splitlines()))
-    assert ran.returncode == command.returncode == 1
-    assert b"no card: not a vCard" in ran.stderr
+    assert ran.returncode == command.returncode == 3
+    assert b"no card: not a vCard" in ran.stderr and b"empty: is empty" in ran.stderr
+    (tmp_path / "fault").write_bytes(CARD + b"?\n")
+    assert run("-m", "pxcards", str(tmp_path / "fault")).returncode == 1
+    assert run("-m", "pxcards", "--tolerant", str(tmp_path / "fault")).returncode == 0
+    with open("/dev/full", "wb") as full:
+        assert run("-m", "pxcards", files[0], stdout=full).returncode == 3
     assert rb"no\x1b: No such file" in run("-m", "pxcards", "no\33").stderr
     for content in CARDS, b"?", b"":
         told = [subprocess.run([*one, "-"], input=content, capture_output=True) for one in (
