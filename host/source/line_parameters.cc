@@ -5,6 +5,7 @@
 
 #include "host/source/ascii_case.h"
 #include "host/source/byte_search.h"
+#include "host/source/property_table.h"
 
 namespace px {
 namespace {
@@ -42,42 +43,94 @@ std::string withoutCarets(std::string_view text) {
   return result;
 }
 
-// Adds the values of a list: divided by commas outside of quotes, and the quotes taken away. A
-// quoted list of types is a list all the same.
-void addValues(std::string_view text, bool isType, const VersionRules &rules,
-               Parameter *parameter) {
-  const bool guard = std::count(text.begin(), text.end(), '"') % 2 == 0;
+// A text for several lines, as in ADR;LABEL. Some writers escape the escape as well.
+std::string withoutEscapes(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    const size_t escape = std::min(text.find('\\'), text.size());
+    result.append(text, 0, escape);
+    text.remove_prefix(escape);
+    const size_t behind = std::min(text.find_first_not_of('\\'), text.size());
+    const char next = behind > 0 && behind < text.size() ? text[behind] : '\0';
+    if (next == 'n' || next == 'N') {
+      result += '\n';
+      text.remove_prefix(behind + 1);
+    } else if (next == ',' || next == ';') {
+      text.remove_prefix(behind);
+    } else {
+      result.append(text, 0, behind);
+      text.remove_prefix(behind);
+    }
+  }
+  return result;
+}
+
+enum class Content {
+  Text,
+  Type,
+  Address,  // one text, which can have several lines
+};
+
+Content contentOf(std::string_view name) {
+  if (name == "TYPE") return Content::Type;
+  const bool isAddress = name == "LABEL" || name == "X-ADDRESS" || name == "X-TITLE";
+  return isAddress ? Content::Address : Content::Text;
+}
+
+// What a value means, whose quotes are taken away.
+std::string meaningOf(std::string_view text, Content content, const VersionRules &rules) {
+  constexpr std::string_view doubled = "TYPE=";  // as in TYPE=HOME,TYPE=VOICE
+  text = trimmed(text);
+  if (content == Content::Type && equalsNoCase(text.substr(0, doubled.size()), doubled)) {
+    text.remove_prefix(doubled.size());
+  }
+  std::string value = rules.caretEscapes ? withoutCarets(text) : std::string(text);
+  return rules.escapes && content == Content::Address ? withoutEscapes(value) : value;
+}
+
+// Adds the values of a list: divided by commas outside of quotes, and the quotes taken away, closed
+// or not. A quoted list of types is a list all the same. Versions without escapes have no lists but
+// those of types, and their quotes are text within a value.
+void addValues(std::string_view text, const VersionRules &rules, Parameter *parameter) {
+  const Content content = contentOf(parameter->name);
+  const auto add = [&](std::string_view value) {
+    parameter->values.push_back(meaningOf(value, content, rules));
+  };
+  text = trimmed(text);
+  if (!rules.escapes && content != Content::Type) {
+    if (text.starts_with('"')) text.remove_prefix(1);
+    if (text.ends_with('"')) text.remove_suffix(1);
+    return add(text);
+  }
   std::string value;
   bool quoted = false;
-  const auto end = [&] {
-    const std::string_view cut = trimmed(value);
-    parameter->values.push_back(rules.caretEscapes ? withoutCarets(cut) : std::string(cut));
-    value.clear();
-  };
   for (const char c : text) {
-    if (c == '"' && guard) {
+    if (c == '"') {
       quoted = !quoted;
-    } else if (c == ',' && (!quoted || isType)) {
-      end();
+    } else if (c == ',' && content != Content::Address && (!quoted || content == Content::Type)) {
+      add(value);
+      value.clear();
     } else {
       value += c;
     }
   }
-  end();
+  add(value);
 }
 
 }  // namespace
+
+bool isParameterWord(std::string_view word) {
+  return knownType(word) >= 0 || nameOfBare(word) != "TYPE";
+}
 
 VersionRules rulesOf(std::string_view version, bool calendar) {
   version = trimmed(version);
   VersionRules rules;
   const bool early =
       calendar ? version.starts_with('1') : !version.starts_with('3') && !version.starts_with('4');
-  if (!early) {
-    rules.escapes = true;
-    rules.fold = FoldRule::DropsBlank;
-    rules.caretEscapes = calendar || version.starts_with('4');
-  }
+  rules.escapes = !early || version.empty();
+  rules.caretEscapes = calendar ? !early : version.starts_with('4');
+  rules.fold = early ? FoldRule::KeepsBlank : FoldRule::DropsBlank;
   return rules;
 }
 
@@ -121,12 +174,7 @@ std::vector<Parameter> parametersOf(const std::vector<HeadParameter> &parameters
       result.push_back({std::move(name), {}});
       same = std::prev(result.end());
     }
-    const bool isType = same->name == "TYPE";
-    if (rules.escapes || isType) {
-      addValues(given.value, isType, rules, &*same);
-    } else {
-      same->values.emplace_back(trimmed(given.value));
-    }
+    addValues(given.value, rules, &*same);
   }
   return result;
 }

@@ -19,7 +19,8 @@ struct VersionRules {
   FoldRule fold = FoldRule::KeepsBlank;
 };
 
-// `version` is the text of a VERSION line. Without one a card counts as 2.1 and a calendar as 2.0.
+// `version` is the text of a VERSION line. A calendar without one counts as 2.0. So does a card as
+// far as backslashes and commas go, since whoever writes \n means it; its folds are those of 2.1.
 VersionRules rulesOf(std::string_view version, bool calendar);
 
 // How the value is encoded, whatever the version calls that.
@@ -27,6 +28,10 @@ Transfer transferOf(const std::vector<HeadParameter> &parameters);
 
 // The same for a whole line.
 Transfer transferOf(const ContentLine &line);
+
+// Whether a parameter without a name says something of its own: an encoding, a kind of value or a
+// type that the filter knows.
+bool isParameterWord(std::string_view word);
 
 // All parameters by name, those without one under what they are: an encoding, a kind of value or a
 // type. Texts are bytes as they stand in the file.

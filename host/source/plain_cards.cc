@@ -63,16 +63,6 @@ bool isPlainQuoted(std::string_view text) {
   return isPlainText(decoded);
 }
 
-// Whether a parameter without a name would say something of its own: an encoding, a kind of value
-// or a type.
-bool isParameterWord(std::string_view word) {
-  constexpr std::string_view others[] = {"7bit",   "8bit", "quoted-printable", "base64", "utf-8",
-                                         "inline", "url",  "content-id",       "cid",    "binary"};
-  return knownType(word) >= 0 ||
-         std::any_of(std::begin(others), std::end(others),
-                     [&](std::string_view other) { return equalsNoCase(word, other); });
-}
-
 // The pass that looks for the summary takes such a value for heads of lines. In one without the
 // characters that mean something there it finds nothing.
 bool isPlainIndexed(std::string_view value, SummaryRole role) {

@@ -46,10 +46,12 @@ constexpr std::pair<std::string_view, std::string_view> kAdditions[] = {
     {"RELTYPE", "%1"},         {"X-SERVICE-TYPE", "%1"},
 };
 
+// The list stands in one line.
 void addTo(std::string *list, std::string_view entry) {
   if (entry.empty()) return;
   if (!list->empty()) *list += ", ";
   *list += entry;
+  std::replace(list->begin(), list->end(), '\n', ' ');
 }
 
 std::string joined(const std::vector<std::string> &values) {
