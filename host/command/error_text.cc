@@ -41,8 +41,10 @@ namespace {
     N_("the input can't be read"),
 
     N_("BEGIN of nothing"),
+    N_("a quote in the line's head isn't closed"),
     N_("bytes in the line's head that are no text"),
     N_("bytes that are no text in the value's character set"),
+    N_("continues the line before, but reads like a property: taken as one"),
     N_("nested too deep or too often: left out"),
     N_("no colon: not a property"),
     N_("text behind the end of the Base64 text"),
@@ -50,6 +52,7 @@ namespace {
     N_("the Base64 text ends within an escape"),
     N_("the Base64 text holds a byte that is none"),
     N_("the file holds units that are no text in its character set"),
+    N_("the line's head is too long: some of its parameters are cut or left out"),
 };
 
 constexpr const char *kPatterns[] = {

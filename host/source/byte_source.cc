@@ -1,5 +1,6 @@
 #include "host/source/byte_source.h"
 
+#include <cstring>
 #include <stdexcept>
 
 #include "host/io/open_io.h"
@@ -33,6 +34,14 @@ void ByteSource::restart() {
   lineEnd_ = 0;
 }
 
+// Moves what isn't read yet to the head of the buffer.
+void ByteSource::keepRest() {
+  const size_t rest = filled_ - next_;
+  std::memmove(buffer_.get(), buffer_.get() + next_, rest);
+  restart();
+  filled_ = rest;
+}
+
 // What is behind the end may lie in the buffer too, for when the end moves.
 void ByteSource::setLimit() {
   limit_ = static_cast<size_t>(std::min<uint64_t>(filled_, end_ - base_));
@@ -53,7 +62,7 @@ void ByteSource::findLineEnd() {
 
 std::string_view ByteSource::lookAhead(size_t size) {
   if (limit_ - next_ < size && base_ + limit_ < end_) {
-    restart();
+    keepRest();
     while (filled_ < size && readMore()) {
     }
     setLimit();
@@ -64,6 +73,7 @@ std::string_view ByteSource::lookAhead(size_t size) {
 void ByteSource::moveTo(const Place &place, uint64_t end) {
   end_ = end;
   line_ = place.line;
+  lineStart_ = place.position - place.column;
   if (base_ <= place.position && place.position <= base_ + filled_) {
     next_ = static_cast<size_t>(place.position - base_);
   } else {

@@ -17,6 +17,7 @@ namespace px {
 struct Place {
   uint64_t position = 0;
   uint64_t line = 1;
+  uint64_t column = 0;  // bytes before it in its line
 };
 
 class ByteSource {
@@ -60,7 +61,7 @@ class ByteSource {
     const char next = buffer_[behind];
     if (next == ' ' || next == '\t' || next == '\r' || next == '\n') return false;
     next_ = behind;
-    if (countLines_) ++line_;
+    beginLine();
     return true;
   }
 
@@ -70,21 +71,26 @@ class ByteSource {
     if (first != '\r' && first != '\n') return false;
     ++next_;
     if (first == '\r' && peek() == '\n') ++next_;
-    if (countLines_) ++line_;
+    beginLine();
     return true;
   }
 
   // Up to `size` bytes of what comes next, line ends too; fewer only at the end.
   std::string_view lookAhead(size_t size);
 
-  Place place() const { return {base_ + next_, line_}; }
+  Place place() const { return {base_ + next_, line_, base_ + next_ - lineStart_}; }
   // Goes to a place before the end, or to one before `end`, which is the end then.
   void moveTo(const Place &place) { moveTo(place, end_); }
   void moveTo(const Place &place, uint64_t end);
 
  private:
+  void beginLine() {
+    lineStart_ = base_ + next_;
+    if (countLines_) ++line_;
+  }
   bool readMore();
   void restart();
+  void keepRest();
   void setLimit();
   void fill();
   void findLineEnd();
@@ -96,6 +102,7 @@ class ByteSource {
   const bool countLines_;
   uint64_t base_ = 0;  // position of the buffer's first byte
   uint64_t line_ = 1;
+  uint64_t lineStart_ = 0;  // position
   size_t next_ = 0;
   size_t filled_ = 0;
   size_t limit_ = 0;  // filled_, or where the end lies before that

@@ -10,8 +10,6 @@
 namespace px {
 namespace {
 
-constexpr std::string_view kAgentsCard = "BEGIN:VCARD";
-
 // Components that stand in a calendar side by side, never in one another.
 bool isEntry(std::string_view name) {
   return name == "VEVENT" || name == "VTODO" || name == "VJOURNAL" || name == "VFREEBUSY" ||
@@ -22,18 +20,39 @@ void skipValue(ByteSource *source, const ContentLine &line) {
   ValueBytes(source, transferOf(line), FoldRule::DropsBlank).skip();
 }
 
-}  // namespace
-
-std::string takeComponentName(ByteSource *source) {
-  constexpr size_t longest = 64;
-  ValueBytes value(source, Transfer::Plain, FoldRule::DropsBlank);
-  std::string name;
-  for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
+// The head of a value, in capitals and without blanks.
+std::string headOf(ValueBytes *value, size_t longest) {
+  std::string head;
+  while (head.size() < longest) {
+    const std::string_view piece = value->next();
+    if (piece.empty()) break;
     for (const char c : piece) {
-      if (c != ' ' && c != '\t' && name.size() < longest) name += capitalOf(c);
+      if (c != ' ' && c != '\t' && head.size() < longest) head += capitalOf(c);
     }
   }
+  return head;
+}
+
+}  // namespace
+
+std::string takeComponentName(ByteSource *source, const FaultSink *faults) {
+  constexpr size_t longest = 64;
+  ValueBytes value(source, Transfer::Plain, FoldRule::DropsBlank);
+  const std::string name = headOf(&value, longest);
+  value.skip();
+  if (faults && value.endsAtProperty()) (*faults)(source->place().line, FaultOfBreak);
   return isValidUtf8(name) ? name : asUtf8(name);
+}
+
+AgentValue agentValueAt(ByteSource *source) {
+  constexpr std::string_view escaped = "BEGIN:VCARD\\N";
+  constexpr std::string_view card = escaped.substr(0, escaped.size() - 2);
+  const Place start = source->place();
+  ValueBytes value(source, Transfer::Plain, FoldRule::DropsBlank);
+  const std::string head = headOf(&value, escaped.size());
+  source->moveTo(start);
+  if (head == escaped) return AgentValue::EscapedCard;
+  return head == card ? AgentValue::Card : AgentValue::Other;
 }
 
 ComponentLines::ComponentLines(ByteSource *source, ContentLines *lines, std::string name,
@@ -56,14 +75,6 @@ bool ComponentLines::beginsBeside(std::string_view begun, std::string_view open,
   return isEntry(begun) && open != "VCALENDAR";
 }
 
-// A nested card can begin on the AGENT line itself. One that is folded into the line as escaped
-// text goes on behind the word, and is a value.
-bool ComponentLines::agentsCardBegins() {
-  const std::string_view value = source_->lookAhead(kAgentsCard.size() + 1);
-  return equalsNoCase(value.substr(0, kAgentsCard.size()), kAgentsCard) &&
-         (value.size() == kAgentsCard.size() || value.back() == '\r' || value.back() == '\n');
-}
-
 ComponentLines::Item ComponentLines::next(ContentLine *line) {
   for (;;) {
     if (!lines_->next(line)) {
@@ -76,7 +87,7 @@ ComponentLines::Item ComponentLines::next(ContentLine *line) {
       continue;
     }
     if (equalsNoCase(line->name, "BEGIN")) {
-      const std::string begun = takeComponentName(source_);
+      const std::string begun = takeComponentName(source_, faults_);
       if (begun.empty()) {
         fault(line->start.line, "BEGIN of nothing");
         continue;
@@ -93,15 +104,15 @@ ComponentLines::Item ComponentLines::next(ContentLine *line) {
       return Item::Nested;
     }
     if (equalsNoCase(line->name, "END")) {
-      const std::string ended = takeComponentName(source_);
+      const std::string ended = takeComponentName(source_, faults_);
       if (ended != name_) fault(line->start.line, "END:" + ended + " for " + name_);
       end_ = source_->place().position;
       return Item::End;
     }
     const bool isAgent = equalsNoCase(line->name, "AGENT");
-    if (isAgent && agentsCardBegins()) {
+    if (isAgent && agentValueAt(source_) == AgentValue::Card) {
       nested_ = {"VCARD", line->value, 0};
-      takeComponentName(source_);
+      takeComponentName(source_, faults_);
       passOver("VCARD");
       return Item::Nested;
     }
@@ -128,9 +139,10 @@ void ComponentLines::passOver(std::string name) {
     if (!line.colon) continue;
     const bool begins = equalsNoCase(line.name, "BEGIN");
     const bool isAgent = equalsNoCase(line.name, "AGENT");
-    const bool agentsCard = isAgent && agentsCardBegins();
+    const bool agentsCard = isAgent && agentValueAt(source_) == AgentValue::Card;
     if (begins || agentsCard) {
-      const std::string begun = takeComponentName(source_);
+      std::string begun = takeComponentName(source_);
+      if (agentsCard) begun = "VCARD";
       if (begun.empty()) continue;
       if (begun == "VCALENDAR" || beginsBeside(begun, open.back(), behindAgent || agentsCard)) {
         // It ends all that is open here; the component around decides for itself.

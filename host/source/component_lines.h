@@ -14,7 +14,6 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "host/source/content_lines.h"
@@ -24,9 +23,21 @@ namespace px {
 // Something that could not be read, for a person: the number of the line, and what is wrong.
 using FaultSink = std::function<void(uint64_t line, const std::string &text)>;
 
+// A fault that is told by more than one: of a property where the line before seemed to go on.
+constexpr const char *FaultOfBreak =
+    "continues the line before, but reads like a property: taken as one";
+
 // The name behind BEGIN: or END:, in capitals and without blanks; the value is taken. No longer
-// than names are.
-std::string takeComponentName(ByteSource *source);
+// than names are. `faults` may be null.
+std::string takeComponentName(ByteSource *source, const FaultSink *faults = nullptr);
+
+// What the value of an AGENT line begins, at which `source` stands and stays.
+enum class AgentValue {
+  Other,
+  Card,         // a card, whose lines follow
+  EscapedCard,  // a card whose lines are in the value
+};
+AgentValue agentValueAt(ByteSource *source);
 
 class ComponentLines {
  public:
@@ -58,7 +69,6 @@ class ComponentLines {
   bool beginsBeside(std::string_view begun, std::string_view open, bool behindAgent) const;
   void passOver(std::string name);
   void fault(uint64_t line, const std::string &text) const;
-  bool agentsCardBegins();
 
   ByteSource *source_;
   ContentLines *lines_;

@@ -1,8 +1,12 @@
 // The content lines of a card: heads, and where values begin.
 //
 // A line is GROUP.NAME;PARAMETER;PARAMETER:VALUE. It goes on behind a line end that a blank or a
-// tab follows, blank lines in between passed over; what becomes of that blank is told by FoldRule.
-// Only the head is read here; see value_bytes.h for the value.
+// tab follows, blank lines in between passed over; what becomes of that blank is told by FoldRule,
+// what is no fold by line_breaks.h. Only the head is read here; see value_bytes.h for the value.
+//
+// Between quotes a colon belongs to the head. Where they leave no colon for the line, because one
+// isn't closed or stands in the value, the colon counts that comes first behind the parameter's
+// open quote, else the first of the line.
 
 #ifndef PX_HOST_SOURCE_CONTENT_LINES_H
 #define PX_HOST_SOURCE_CONTENT_LINES_H
@@ -18,17 +22,13 @@ namespace px {
 // Version 2.1 folds where a blank stands, which belongs to the text; the later ones put one in.
 enum class FoldRule { KeepsBlank, DropsBlank };
 
-// Takes the line ends that come next and, when the line goes on behind them, the blank that says
-// so. Answers whether it goes on. Otherwise the source stands on the next line's first byte.
-bool takeFold(ByteSource *source);
-
 struct HeadParameter {
   std::string_view name;   // empty: a bare parameter
   std::string_view value;  // as it stands, quotes included
 };
 
 // Appends the parameters of the text behind a name and its semicolon. Answers whether all of them
-// were taken: no more than `most` are.
+// were taken: no more than `most` are. A quote that isn't closed is a character like any other.
 bool splitParameters(std::string_view text, size_t most, std::vector<HeadParameter> *parameters);
 
 struct ContentLine {
@@ -36,7 +36,8 @@ struct ContentLine {
   Place value;  // of the value's first byte
   Place end;    // of a line without a colon: of its line end
   bool colon = false;
-  std::string_view head;   // all that stands before the colon
+  bool cut = false;        // parameters are too long, or too many, to be kept whole
+  std::string_view head;   // what stands before the colon
   std::string_view group;  // "item1"; without its period
   std::string_view name;
   std::string_view parameters;  // behind the name and its semicolon, for splitParameters
@@ -44,8 +45,10 @@ struct ContentLine {
 
 class ContentLines {
  public:
-  // A head that is longer counts as a line without a colon. In bytes.
+  // As many bytes of a head are kept: a parameter that goes beyond them is cut. Behind it those are
+  // kept that still have room, as an encoding does.
   static constexpr size_t LongestHead = 64 * 1024;
+  static constexpr size_t RoomBehindCut = 1024;
   static constexpr size_t MostParameters = 256;
 
   // `source` isn't owned.
@@ -63,10 +66,8 @@ class ContentLines {
   bool passPlainLine();
 
  private:
-  enum class Quotes { Guard, Plain };
-
   bool nextInBuffer(ContentLine *line);
-  bool gather(ContentLine *line, Quotes quotes);
+  void gather(ContentLine *line);
   void split(size_t end, ContentLine *line);
   void takeGroup(ContentLine *line);
 

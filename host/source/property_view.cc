@@ -152,6 +152,16 @@ void PropertyView::add(const ContentLine &line) {
   }
 }
 
+// Notes where the line has ended.
+void PropertyView::endValue(const ValueBytes &value) {
+  note_->extent = extentOf(start_.position, value.end().position);
+  tellOfBreak(value);
+}
+
+void PropertyView::tellOfBreak(const ValueBytes &value) {
+  if (value.endsAtProperty()) (*faults_)(source_->place().line, FaultOfBreak);
+}
+
 const LineHead *PropertyView::headOf(const ContentLine &line) {
   const auto rules =
       static_cast<uint32_t>(format_ << 2 | rules_.escapes << 1 | rules_.caretEscapes);
@@ -163,7 +173,8 @@ const LineHead *PropertyView::headOf(const ContentLine &line) {
 const LineHead *PropertyView::readHead(const ContentLine &line, uint32_t rules) {
   std::vector<HeadParameter> given;
   const bool isWhole = splitParameters(line.parameters, ContentLines::MostParameters, &given);
-  const bool good = isValidUtf8(line.head) && isWhole;
+  const bool isClosed = std::count(line.head.begin(), line.head.end(), '"') % 2 == 0;
+  const bool good = isValidUtf8(line.head) && isWhole && isClosed && !line.cut;
   LineHead *head = notes_->heads()->put(good ? line.head : std::string_view(), rules);
   head->known = knownProperty(line.name, format_);
   head->label = head->known ? head->known->label : 0;
@@ -183,6 +194,8 @@ const LineHead *PropertyView::readHead(const ContentLine &line, uint32_t rules) 
     fault("more than " + std::to_string(ContentLines::MostParameters) +
           " parameters: the others are left out");
   }
+  if (line.cut) fault("the line's head is too long: some of its parameters are cut or left out");
+  if (!isClosed) fault("a quote in the line's head isn't closed");
   return head;
 }
 
@@ -205,8 +218,7 @@ std::optional<Extent> PropertyView::extentOf(uint64_t from, uint64_t end) const 
 
 bool PropertyView::takeAgentsCard(const ContentLine &line, SpoolFile *text) {
   if (!equalsNoCase(line.name, "AGENT") || !rules_.escapes) return false;
-  constexpr std::string_view begin = "BEGIN:VCARD\\N";
-  if (!equalsNoCase(source_->lookAhead(begin.size()), begin)) return false;
+  if (agentValueAt(source_) != AgentValue::EscapedCard) return false;
   ValueBytes value(source_, transferOf(line), rules_.fold);
   ValueText unescape(true, 0);
   for (std::string_view piece = value.next(); !piece.empty(); piece = value.next()) {
@@ -214,6 +226,7 @@ bool PropertyView::takeAgentsCard(const ContentLine &line, SpoolFile *text) {
     unescape.put(piece, &text_);
     text->append(text_);
   }
+  tellOfBreak(value);
   text->append("\n");
   return true;
 }
@@ -230,7 +243,7 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
     const int c = source_->peek();
     if (c < 0) break;
     if (c == '\r' || c == '\n') {
-      if (!takeFold(source_)) break;
+      if (takeFold(source_, Before::Text) != Behind::More) break;
       continue;
     }
     source_->skip(1);
@@ -302,7 +315,7 @@ void PropertyView::addObject(bool percents) {
     fault("the Base64 text ends within an escape");
   }
   if (!good) value.skip();
-  note_->extent = extentOf(start_.position, value.end().position);
+  endValue(value);
   if (digits == 0) return addWhole({});
   view_->put("=\n");
   note_->data = extentOf(first, last);
@@ -322,7 +335,7 @@ void PropertyView::addText(const ContentLine &line) {
     if (transfer_ == Transfer::Base64) decodeBase64();
     text = raw_;
   }
-  note_->extent = extentOf(start_.position, value.end().position);
+  endValue(value);
   const bool valid = isValidUtf8(text);
   if (!valid || note_->head->namesOtherSet) {
     beginDecoder(valid);
@@ -474,7 +487,7 @@ void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
     utf8 = isUtf8(rest, &open);
     rest.erase(0, rest.size() - open);
   }
-  note_->extent = extentOf(start_.position, value->end().position);
+  endValue(*value);
 
   const bool quoted = known_ && separator_ == 0 && known_->form != PropertyForm::Single &&
                       known_->name != "VERSION" &&

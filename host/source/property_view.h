@@ -64,6 +64,9 @@ class PropertyView {
   bool takeDataPrefix(const ContentLine &line);
   void addObject(bool percents);
 
+  void endValue(const ValueBytes &value);
+  void tellOfBreak(const ValueBytes &value);
+
   void addText(const ContentLine &line);
   bool collect(std::string_view first, ValueBytes *value);
   void decodeBase64();

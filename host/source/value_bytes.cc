@@ -36,12 +36,19 @@ std::string_view ValueBytes::next() {
   return {};
 }
 
+// Notes what the break in front of `behind` means. Answers whether the value goes on.
+bool ValueBytes::goesOnBehind(Behind behind) {
+  ended_ = behind != Behind::More;
+  atProperty_ = behind == Behind::Property;
+  before_ = Before::Text;
+  return !ended_;
+}
+
 // Takes the line end that lies ready, or the end of the input. Answers whether the value goes on
 // behind a fold.
 bool ValueBytes::endLine() {
   end_ = source_->place();
-  ended_ = source_->peek() < 0 || !takeFold(source_);
-  return !ended_;
+  return goesOnBehind(source_->peek() < 0 ? Behind::End : takeFold(source_, before_));
 }
 
 std::string_view ValueBytes::nextPlain() {
@@ -56,12 +63,24 @@ std::string_view ValueBytes::nextPlain() {
       }
       bytes = source_->readyInLine(&atLineEnd_);
       source_->skip(bytes.size());
-      if (!bytes.empty()) return bytes;
+      if (!bytes.empty()) {
+        noteEscape(bytes);
+        return bytes;
+      }
     }
     atLineEnd_ = false;
     if (!endLine()) return {};
     if (rule_ == FoldRule::KeepsBlank) return " ";
   }
+}
+
+// Notes whether a piece of plain text ends with an escaped line end, in the versions that have
+// them.
+void ValueBytes::noteEscape(std::string_view piece) {
+  const char last = piece.back();
+  const char before = piece.size() > 1 ? piece[piece.size() - 2] : last_;
+  before_ = before == '\\' && (last == 'n' || last == 'N') ? Before::EncodedLineEnd : Before::Text;
+  last_ = last;
 }
 
 std::string_view ValueBytes::nextQuotedPrintable() {
@@ -71,6 +90,7 @@ std::string_view ValueBytes::nextQuotedPrintable() {
     const std::string_view bytes = source_->readyInLine(&ended);
     const size_t plain = std::min({bytes.find('='), bytes.size(), kPiece});
     decoded_.append(bytes, 0, plain);
+    if (plain > 0) before_ = Before::Text;
     source_->skip(plain);
     if (plain + 2 < bytes.size() && bytes[plain] == '=') {
       const int high = hexDigit(bytes[plain + 1]);
@@ -85,6 +105,7 @@ std::string_view ValueBytes::nextQuotedPrintable() {
     if (c == '=') {
       source_->skip(1);
       takeEscape();
+      if (ended_) break;
     } else if (c < 0 || c == '\r' || c == '\n') {
       if (!endLine()) break;
       if (rule_ == FoldRule::KeepsBlank) decoded_ += ' ';
@@ -100,11 +121,11 @@ void ValueBytes::takeEscape() {
   while (isBlank(source_->peek())) source_->skip(1);
   const int c = source_->peek();
   if (c == '\r' || c == '\n') {
-    // Some writers end their lines with two CRs and an LF.
-    while (source_->peek() == '\r') source_->takeLineEnd();
-    if (c == '\n') source_->takeLineEnd();
+    end_ = source_->place();
+    goesOnBehind(takeSoftBreak(source_, before_));
     return;
   }
+  before_ = Before::Text;
   const int high = hexDigit(c);
   if (high < 0 || source_->place().position != behind.position) {
     source_->moveTo(behind);
@@ -124,6 +145,7 @@ void ValueBytes::takeEscape() {
 
 void ValueBytes::putByte(int high, int low) {
   const char byte = static_cast<char>(high << 4 | low);
+  before_ = byte == '\n' || byte == '\r' ? Before::EncodedLineEnd : Before::Text;
   if (protect_ && byte == ';') decoded_ += '\\';
   decoded_ += byte;
 }
@@ -134,12 +156,14 @@ std::string_view ValueBytes::nextBase64() {
     std::string_view bytes = source_->readyInLine(&ended);
     const size_t blank = bytes.find_first_of(" \t");
     if (blank == 0) {
+      noteEscape(bytes.substr(0, 1));
       source_->skip(1);
       continue;
     }
     bytes = bytes.substr(0, blank);
     source_->skip(bytes.size());
     if (!bytes.empty()) {
+      noteEscape(bytes);
       padded_ = padded_ || bytes.find('=') != bytes.npos;
       return bytes;
     }

@@ -2,7 +2,7 @@
 // Base64 value the digits, without the line ends and blanks between them.
 //
 // A Base64 value goes on over lines that begin with a blank, as any value does, and over lines of
-// nothing but Base64 digits, up to its "=".
+// nothing but Base64 digits, up to its "=". Where any value ends at a break, line_breaks.h tells.
 
 #ifndef PX_HOST_SOURCE_VALUE_BYTES_H
 #define PX_HOST_SOURCE_VALUE_BYTES_H
@@ -12,6 +12,7 @@
 
 #include "host/source/byte_source.h"
 #include "host/source/content_lines.h"
+#include "host/source/line_breaks.h"
 
 namespace px {
 
@@ -40,11 +41,16 @@ class ValueBytes {
   // Of the value's last line end, or of the end of the input; known at the end.
   const Place &end() const { return end_; }
 
+  // Whether it ended at a property that seemed to be more of it.
+  bool endsAtProperty() const { return atProperty_; }
+
  private:
   std::string_view nextPlain();
   std::string_view nextQuotedPrintable();
   std::string_view nextBase64();
   void takeEscape();
+  bool goesOnBehind(Behind behind);
+  void noteEscape(std::string_view piece);
   void putByte(int high, int low);
   bool endLine();
   bool goesOnInBase64();
@@ -55,7 +61,11 @@ class ValueBytes {
   bool protect_;
   bool ended_ = false;
   bool atLineEnd_ = false;  // the source is known to stand there
-  bool padded_ = false;     // a "=" has been met in Base64
+  bool atProperty_ = false;
+  bool padded_ = false;  // a "=" has been met in Base64
+  // What stands before the next byte, for line_breaks.h.
+  Before before_ = Before::Text;
+  char last_ = '\0';
   Place end_;
   std::string decoded_;
 };

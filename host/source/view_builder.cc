@@ -55,7 +55,7 @@ void ViewBuilder::build() {
   while (file_.lines.next(&line)) {
     if (line.colon && equalsNoCase(line.name, "BEGIN")) {
       const Place begin = line.start;
-      const std::string name = takeComponentName(&source);
+      const std::string name = takeComponentName(&source, faults_);
       if (name == "VCALENDAR") {
         reportOutside();
         buildCalendar(begin);
