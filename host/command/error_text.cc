@@ -50,9 +50,9 @@ namespace {
     N_("text behind the end of the Base64 text"),
     N_("text outside of any card"),
     N_("the Base64 text ends within an escape"),
-    N_("the Base64 text holds a byte that is none"),
     N_("the file holds units that are no text in its character set"),
     N_("the line's head is too long: some of its parameters are cut or left out"),
+    N_("the value is no Base64 text: shown as it stands"),
 };
 
 constexpr const char *kPatterns[] = {

@@ -86,8 +86,10 @@ std::string headInView(const KnownProperty &known, const std::vector<std::string
   return head;
 }
 
-// Whether "data:" can begin with this byte: escaped, or behind a fold.
-bool canBeginData(int c) { return c == 'd' || c == 'D' || c == '\\' || c == '\r' || c == '\n'; }
+// Whether "data:" can begin with this byte: escaped, behind a fold, or behind blanks.
+bool canBeginData(int c) {
+  return c == 'd' || c == 'D' || c == '\\' || c == '\r' || c == '\n' || c == ' ' || c == '\t';
+}
 
 // The type of the content that the parameters tell.
 std::string declaredType(const std::vector<Parameter> &parameters) {
@@ -142,14 +144,20 @@ void PropertyView::add(const ContentLine &line) {
 
   const bool isText = known_ && known_->form != PropertyForm::Media &&
                       known_->form != PropertyForm::Key && known_->form != PropertyForm::Attach;
-  if (transfer_ == Transfer::Base64 && !isText) {
-    addObject(false);
-  } else if (transfer_ == Transfer::Plain && canBeginData(source_->peek()) &&
-             takeDataPrefix(line)) {
-    addObject(true);
-  } else {
-    addText(line);
+  if (transfer_ != Transfer::QuotedPrintable && canBeginData(source_->peek()) &&
+      takeDataPrefix(line)) {
+    return addObject(true);
   }
+  if (transfer_ == Transfer::Base64) {
+    if (beginsAsBase64(line)) {
+      if (!isText) return addObject(false);
+      if (addBase64Text(line)) return;
+    }
+    fault("the value is no Base64 text: shown as it stands");
+    transfer_ = Transfer::Plain;
+    source_->moveTo(line.value);
+  }
+  addText(line);
 }
 
 // Notes where the line has ended.
@@ -233,12 +241,13 @@ bool PropertyView::takeAgentsCard(const ContentLine &line, SpoolFile *text) {
 
 // Objects.
 
-// Takes "data:...;base64," when the value begins so. Otherwise nothing is taken.
+// Takes "data:...;base64," when the value begins so, or in a way that some writers take for that:
+// "data:base64,", "data:image/png,base64,". Otherwise nothing is taken.
 bool PropertyView::takeDataPrefix(const ContentLine &line) {
   constexpr std::string_view scheme = "data:";
-  constexpr std::string_view mark = ";BASE64,";
   constexpr size_t longest = 1024;
   std::string prefix;
+  size_t comma = 0;  // behind the first one
   while (prefix.size() < longest) {
     const int c = source_->peek();
     if (c < 0) break;
@@ -247,17 +256,40 @@ bool PropertyView::takeDataPrefix(const ContentLine &line) {
       continue;
     }
     source_->skip(1);
+    if (prefix.empty() && (c == ' ' || c == '\t')) continue;
     if (c != '\\') prefix += static_cast<char>(c);  // some writers escape what stands in a URI
     if (prefix.size() == scheme.size() && !equalsNoCase(prefix, scheme)) break;
     if (c != ',') continue;
-    const std::string_view text = prefix;
-    if (text.size() < scheme.size() + mark.size()) break;
-    if (!equalsNoCase(text.substr(text.size() - mark.size()), mark)) break;
-    note_->dataType = headText(text.substr(scheme.size(), text.find(';') - scheme.size()));
-    return true;
+    std::string_view text = prefix;
+    text.remove_suffix(1);
+    const std::string_view word = text.substr(text.find_last_of(":;,") + 1);
+    if (equalsNoCase(word, "BASE64") && (comma == 0 || comma + word.size() == text.size())) {
+      text.remove_prefix(scheme.size());
+      text = text.substr(0, text.find_first_of(";,"));
+      if (text.find('/') != text.npos) note_->dataType = headText(text);
+      return true;
+    }
+    if (comma > 0) break;
+    comma = prefix.size();
   }
   source_->moveTo(line.value);
   return false;
+}
+
+// Whether a value that says it is Base64 can be: whether what it begins with is.
+bool PropertyView::beginsAsBase64(const ContentLine &line) {
+  constexpr size_t enough = 64;
+  ValueBytes value(source_, Transfer::Base64, rules_.fold);
+  bool good = true;
+  for (size_t seen = 0; good && seen < enough;) {
+    const std::string_view piece = value.next().substr(0, enough - seen);
+    if (piece.empty()) break;
+    seen += piece.size();
+    good = std::all_of(piece.begin(), piece.end(),
+                       [](char c) { return isBase64Digit(c) || c == '='; });
+  }
+  source_->moveTo(line.value);
+  return good;
 }
 
 void PropertyView::addObject(bool percents) {
@@ -330,12 +362,30 @@ void PropertyView::addObject(bool percents) {
 void PropertyView::addText(const ContentLine &line) {
   ValueBytes value(source_, transfer_, rules_.fold, separator_ == ';');
   std::string_view text = value.next();
-  if (!value.ended() || transfer_ == Transfer::Base64) {
+  if (!value.ended()) {
     if (!collect(text, &value)) return addLong(line, &value);
-    if (transfer_ == Transfer::Base64) decodeBase64();
     text = raw_;
   }
   endValue(value);
+  addRead(text);
+}
+
+// Answers false when no text comes of the value.
+bool PropertyView::addBase64Text(const ContentLine &line) {
+  ValueBytes value(source_, transfer_, rules_.fold);
+  if (!collect(value.next(), &value)) {
+    source_->moveTo(line.value);
+    addObject(false);
+    return true;
+  }
+  if (!decodeBase64()) return false;
+  endValue(value);
+  addRead(raw_);
+  return true;
+}
+
+// Writes a value whose bytes are given.
+void PropertyView::addRead(std::string_view text) {
   const bool valid = isValidUtf8(text);
   if (!valid || note_->head->namesOtherSet) {
     beginDecoder(valid);
@@ -369,18 +419,25 @@ bool PropertyView::collect(std::string_view first, ValueBytes *value) {
   return false;
 }
 
-void PropertyView::decodeBase64() {
+// False where raw_ is no Base64, or no text comes of it: words are made of the same letters.
+bool PropertyView::decodeBase64() {
   base64_decode_ctx context;
   base64_decode_init(&context);
   std::string bytes(BASE64_DECODE_LENGTH(raw_.size()), '\0');
   size_t size = bytes.size();
   if (!base64_decode_update(&context, &size, reinterpret_cast<uint8_t *>(bytes.data()), raw_.size(),
                             raw_.data())) {
-    fault("the Base64 text holds a byte that is none");
-    return;  // the text is shown as it stands
+    return false;
   }
   bytes.resize(size);
+  const auto isControl = [](char c) {
+    return ('\0' <= c && c < ' ' && c != '\t' && c != '\n' && c != '\r') || c == '\x7F';
+  };
+  if (!note_->head->namesOtherSet && std::any_of(bytes.begin(), bytes.end(), isControl)) {
+    return false;
+  }
   raw_ = std::move(bytes);
+  return true;
 }
 
 void PropertyView::beginDecoder(bool isUtf8) {
@@ -469,10 +526,6 @@ void PropertyView::endLine(uint64_t valueStart, bool isCut) {
 }
 
 void PropertyView::addLong(const ContentLine &line, ValueBytes *value) {
-  if (transfer_ == Transfer::Base64) {
-    source_->moveTo(line.value);
-    return addObject(false);
-  }
   // The set must be known before the first character is written.
   size_t open;
   bool utf8 = isUtf8(raw_, &open);

@@ -62,14 +62,17 @@ class PropertyView {
   std::optional<Extent> extentOf(uint64_t from, uint64_t end) const;
 
   bool takeDataPrefix(const ContentLine &line);
+  bool beginsAsBase64(const ContentLine &line);
   void addObject(bool percents);
 
   void endValue(const ValueBytes &value);
   void tellOfBreak(const ValueBytes &value);
 
   void addText(const ContentLine &line);
+  bool addBase64Text(const ContentLine &line);
+  void addRead(std::string_view text);
   bool collect(std::string_view first, ValueBytes *value);
-  void decodeBase64();
+  bool decodeBase64();
   void beginDecoder(bool isUtf8);
   void addWhole(std::string_view text);
   void addLong(const ContentLine &line, ValueBytes *value);
