@@ -500,14 +500,15 @@ d/up.txt 6"
 same 'lines' "$(grep -c '^[^	]*	text/plain	6	hostile.vcs	1$' out)" 11
 
 # Data that breaks off; the next card's is whole.
-printf 'BEGIN:VCARD\nKEY;BASE64:%s\nEND:VCARD\n' 'QUJD*QUJD' REVG >bad.vcf
+digits=$(printf 'QUJD%.0s' {1..16})
+printf 'BEGIN:VCARD\nKEY;BASE64:%s\nEND:VCARD\n' "$digits*QUJD" REVG >bad.vcf
 expect 1 'pxcard: -: cut off at a byte that is no Base64' --raw --extract - bad.vcf
 expect 1 'pxcard: bad.vcf: line 2: the Base64 text ends at a byte that is none, 0x2A' --extract bad \
   bad.vcf
 expect 1 'pxcard: bad.vcf: 1-key-1.txt: cut off at a byte that is no Base64' --raw --extract raw bad.vcf
-same 'both' "$(<out)" '1-key-1.txt	text/plain	3	bad.vcf	1
+same 'both' "$(<out)" '1-key-1.txt	text/plain	48	bad.vcf	1
 2-key-1.txt	text/plain	3	bad.vcf	2'
-same 'their data' "$(cat bad/*)" ABCDEF
+same 'their data' "$(cat bad/*)" "$(base64 -d <<<"$digits")DEF"
 
 # On a desktop: a page that only its owner can read and that goes after a while, else text in a pager.
 packaging=$samples/../packaging

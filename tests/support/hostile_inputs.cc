@@ -37,7 +37,8 @@ std::vector<HostileInput> hostileInputs(size_t size) {
   };
   return {
       {"missed END", fill("", "BEGIN:VCARD\nN:a;\nEND:VCARD\n", "")},
-      {"missed END, soft break", fill("", "BEGIN:VCARD\nNOTE;QUOTED-PRINTABLE:a=\nEND:VCARD\n", "")},
+      {"missed END, soft break",
+       fill("", "BEGIN:VCARD\nNOTE;QUOTED-PRINTABLE:a=\nEND:VCARD\n", "")},
       {"broken lines", fill("BEGIN:VCARD\n", "X;A=b\n", "A:b\nEND:VCARD\n")},
       {"broken lines, short", fill("BEGIN:VCARD\n", ";\n", "A:b\nEND:VCARD\n")},
       {"amplifier", amplifier(size)},
@@ -59,9 +60,13 @@ std::vector<HostileInput> hostileInputs(size_t size) {
       {"folds", fill(begin + "NOTE:", "\n a", end)},
       {"folds without text", fill(begin + "NOTE:", "\n ", end)},
       {"folds in a head", fill(begin + "NO", "\n a", end)},
+      {"folds before properties", fill(begin + "NOTE:", "\n N:;", end)},
+      {"folds before ENDs", fill(begin + "NOTE:\\n", "\n END:VCARD", end)},
       {"line ends", fill(begin + "NOTE:a", "\n", end)},
       {"open quotes", fill(begin, "X;A=\"b:c\n", end)},
       {"one open quote", fill(begin + "X;A=\"b:", "c\n d", end)},
+      {"colons between quotes", fill(begin + "X;A=", "\":\",", end)},
+      {"parameters behind a long one", fill(begin + "X;A=" + std::string(size, 'a'), ";B", end)},
       {"equal titles",
        fill(calendar, "ATTACH;VALUE=BINARY;BASE64;X-FILENAME=a.txt:QUJD\n\n", calendarEnd)},
       {"telephones", fill(begin, "TEL:\n", end)},
